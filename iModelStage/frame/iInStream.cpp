@@ -1,0 +1,161 @@
+#include <iModelStage/frame/iInStream.h>
+
+#include <iModelStage/frame/iStreamError.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+// Lengths up to this size are allocated before the read; anything larger is
+// first measured against what the stream still holds.
+constexpr std::streamsize kTrustedSize = 4096;
+// Reading from a stream that cannot tell its size grows the target by at
+// most this much beyond what has actually arrived.
+constexpr std::streamsize kChunkSize = 1 << 16;
+
+std::uint32_t decode32(unsigned char const* b)
+{
+    return std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 | std::uint32_t(b[3]) << 24;
+}
+
+} // namespace
+
+iInStream::iInStream(std::streambuf* buffer) : std::istream(buffer) {}
+
+void iInStream::fail(char const* what)
+{
+    try {
+        setstate(std::ios_base::failbit);
+    } catch (std::ios_base::failure const&) {
+        // The stream asked for its own exception; ours carries the reason.
+    }
+    throw iStreamError(what);
+}
+
+void iInStream::readRaw(char* into, std::streamsize size)
+{
+    if (size < 0)
+        fail("negative size");
+    if (!good() || !rdbuf())
+        fail("read from a failed stream");
+    if (rdbuf()->sgetn(into, size) != size)
+        fail("stream ends too early");
+}
+
+bool iInStream::readBool()
+{
+    char byte = 0;
+    readRaw(&byte, 1);
+    return byte != 0;
+}
+
+int iInStream::readInt()
+{
+    unsigned char bytes[4];
+    readRaw(reinterpret_cast<char*>(bytes), 4);
+    return static_cast<std::int32_t>(decode32(bytes));
+}
+
+long iInStream::readLong()
+{
+    return static_cast<long>(readInt());
+}
+
+double iInStream::readDouble()
+{
+    unsigned char bytes[8];
+    readRaw(reinterpret_cast<char*>(bytes), 8);
+    std::uint64_t bits = std::uint64_t(decode32(bytes)) | std::uint64_t(decode32(bytes + 4)) << 32;
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+std::streamoff iInStream::bytesLeft()
+{
+    if (!good() || !rdbuf())
+        return 0;
+    std::streambuf* buffer = rdbuf();
+    std::streampos here = buffer->pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+    if (here == std::streampos(-1))
+        return -1;
+    std::streampos end = buffer->pubseekoff(0, std::ios_base::end, std::ios_base::in);
+    buffer->pubseekpos(here, std::ios_base::in);
+    if (end == std::streampos(-1))
+        return -1;
+    return std::max<std::streamoff>(0, end - here);
+}
+
+void iInStream::requireBytes(std::streamoff size)
+{
+    if (size < 0)
+        fail("negative size");
+    checkLarge(size);
+}
+
+void iInStream::readChunked(std::string& into, std::streamsize size)
+{
+    // Only used when the stream cannot tell its size: the target grows with
+    // the bytes that really arrive, so a lying length costs one chunk.
+    std::streamsize done = 0;
+    while (done < size) {
+        std::streamsize step = std::min(kChunkSize, size - done);
+        into.resize(static_cast<std::size_t>(done + step));
+        readRaw(&into[static_cast<std::size_t>(done)], step);
+        done += step;
+    }
+}
+
+bool iInStream::checkLarge(std::streamoff size)
+{
+    std::streamoff left = bytesLeft();
+    if (left >= 0 && size > left)
+        fail("size larger than the stream");
+    return left >= 0;
+}
+
+std::string iInStream::readString()
+{
+    int size = readInt();
+    if (size < 0)
+        fail("negative string length");
+    std::string text;
+    if (size == 0)
+        return text;
+    if (size > kTrustedSize && !checkLarge(size)) {
+        readChunked(text, size);
+        return text;
+    }
+    text.resize(static_cast<std::size_t>(size));
+    readRaw(&text[0], size);
+    return text;
+}
+
+int iInStream::readCount(int bytesPerElement)
+{
+    int count = readInt();
+    if (count < 0)
+        fail("negative count");
+    std::streamoff needed = static_cast<std::streamoff>(count) * std::max(bytesPerElement, 0);
+    if (needed > kTrustedSize)
+        checkLarge(needed);
+    return count;
+}
+
+std::vector<char> iInStream::readBlock(int size)
+{
+    if (size < 0)
+        fail("negative block size");
+    if (size == 0)
+        return {};
+    if (size > kTrustedSize && !checkLarge(size)) {
+        std::string grown;
+        readChunked(grown, size);
+        return std::vector<char>(grown.begin(), grown.end());
+    }
+    std::vector<char> block(static_cast<std::size_t>(size));
+    readRaw(block.data(), size);
+    return block;
+}

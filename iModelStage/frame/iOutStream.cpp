@@ -1,0 +1,79 @@
+#include <iModelStage/frame/iOutStream.h>
+
+#include <iModelStage/frame/iStreamError.h>
+
+#include <climits>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+void encode32(std::uint32_t value, char* out)
+{
+    out[0] = static_cast<char>(value & 0xff);
+    out[1] = static_cast<char>((value >> 8) & 0xff);
+    out[2] = static_cast<char>((value >> 16) & 0xff);
+    out[3] = static_cast<char>((value >> 24) & 0xff);
+}
+
+} // namespace
+
+iOutStream::iOutStream(std::streambuf* buffer) : std::ostream(buffer) {}
+
+void iOutStream::fail(char const* what)
+{
+    try {
+        setstate(std::ios_base::badbit);
+    } catch (std::ios_base::failure const&) {
+        // The stream asked for its own exception; ours carries the reason.
+    }
+    throw iStreamError(what);
+}
+
+void iOutStream::writeRaw(char const* data, std::streamsize size)
+{
+    if (size < 0)
+        fail("negative size");
+    if (!good() || !rdbuf())
+        fail("write to a failed stream");
+    if (rdbuf()->sputn(data, size) != size)
+        fail("write error");
+}
+
+void iOutStream::writeBool(bool const& value)
+{
+    char byte = value ? 1 : 0;
+    writeRaw(&byte, 1);
+}
+
+void iOutStream::writeInt(int const& value)
+{
+    char bytes[4];
+    encode32(static_cast<std::uint32_t>(value), bytes);
+    writeRaw(bytes, 4);
+}
+
+void iOutStream::writeLong(long const& value)
+{
+    char bytes[4];
+    encode32(static_cast<std::uint32_t>(static_cast<unsigned long>(value)), bytes);
+    writeRaw(bytes, 4);
+}
+
+void iOutStream::writeDouble(double const& value)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    char bytes[8];
+    encode32(static_cast<std::uint32_t>(bits), bytes);
+    encode32(static_cast<std::uint32_t>(bits >> 32), bytes + 4);
+    writeRaw(bytes, 8);
+}
+
+void iOutStream::writeString(std::string const& value)
+{
+    if (value.size() > static_cast<std::size_t>(INT_MAX))
+        fail("string too long");
+    writeInt(static_cast<int>(value.size()));
+    writeRaw(value.data(), static_cast<std::streamsize>(value.size()));
+}

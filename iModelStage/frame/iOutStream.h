@@ -1,0 +1,26 @@
+#ifndef IMODELSTAGE_FRAME_IOUTSTREAM_H
+#define IMODELSTAGE_FRAME_IOUTSTREAM_H
+
+#include <iModelStage/frame/iExport.h>
+
+#include <ostream>
+#include <string>
+
+// Binary output in the library's encoding (see iInStream). A value that
+// cannot be written throws iStreamError and leaves the stream bad.
+class IMODELSTAGE_EXPORT iOutStream : public std::ostream {
+public:
+    explicit iOutStream(std::streambuf* buffer);
+
+    void writeBool(bool const& value);
+    void writeInt(int const& value);
+    // The low 32 bits; ids and positions fit there.
+    void writeLong(long const& value);
+    void writeDouble(double const& value);
+    void writeString(std::string const& value);
+    void writeRaw(char const* data, std::streamsize size);
+
+    [[noreturn]] void fail(char const* what);
+};
+
+#endif

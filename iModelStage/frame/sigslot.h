@@ -1,0 +1,370 @@
+#ifndef IMODELSTAGE_FRAME_SIGSLOT_H
+#define IMODELSTAGE_FRAME_SIGSLOT_H
+
+// Signals and receivers.
+//
+// A signal keeps an ordered list of connections (receiver, member). Emitting
+// calls them in connection order under the signal's own recursive lock. A
+// receiver (has_slots) remembers which signals point at it, so that either
+// side going away ends the connection.
+//
+// Emission is re-entrant and tolerant of change while it runs: a slot may
+// disconnect itself or any other receiver, destroy a receiver, or connect new
+// ones. Disconnected links are only marked dead during an emission and swept
+// when the outermost emission ends; links made during an emission first fire
+// on the next one.
+
+#include <list>
+#include <map>
+#include <mutex>
+
+namespace sigslot {
+
+// Each signal and each receiver owns its own recursive critical section.
+class multi_threaded_local {
+public:
+    multi_threaded_local() = default;
+    // A copy gets a lock of its own: locks are never shared.
+    multi_threaded_local(multi_threaded_local const&) {}
+    multi_threaded_local& operator=(multi_threaded_local const&) { return *this; }
+    virtual ~multi_threaded_local() = default;
+
+    virtual void lock() { m_mutex.lock(); }
+    virtual void unlock() { m_mutex.unlock(); }
+
+private:
+    std::recursive_mutex m_mutex;
+};
+
+template <class mt_policy>
+class lock_block {
+public:
+    explicit lock_block(mt_policy* m) : m_mutex(m) { m_mutex->lock(); }
+    ~lock_block() { m_mutex->unlock(); }
+    lock_block(lock_block const&) = delete;
+    lock_block& operator=(lock_block const&) = delete;
+
+private:
+    mt_policy* m_mutex;
+};
+
+template <class mt_policy>
+class has_slots;
+
+template <class mt_policy>
+class _signal_base : public mt_policy {
+public:
+    virtual void slot_disconnect(has_slots<mt_policy>* target) = 0;
+    virtual void slot_duplicate(has_slots<mt_policy> const* oldTarget, has_slots<mt_policy>* newTarget) = 0;
+};
+
+// Base of every receiver.
+template <class mt_policy = multi_threaded_local>
+class has_slots : public mt_policy {
+    typedef _signal_base<mt_policy> sender_type;
+
+public:
+    has_slots() = default;
+
+    // A copy receives what the original receives.
+    has_slots(has_slots const& other) : mt_policy(other) { duplicateFrom(other); }
+
+    has_slots(has_slots&& other) : mt_policy(other) { duplicateFrom(other); }
+
+    has_slots& operator=(has_slots const& other)
+    {
+        if (this != &other) {
+            disconnect_all();
+            duplicateFrom(other);
+        }
+        return *this;
+    }
+
+    has_slots& operator=(has_slots&& other) { return *this = static_cast<has_slots const&>(other); }
+
+    virtual ~has_slots() { disconnect_all(); }
+
+    // One entry per connection: a receiver connected twice to a signal is
+    // counted twice, so that one disconnect leaves the other link known.
+    void signal_connect(sender_type* sender)
+    {
+        lock_block<mt_policy> lock(this);
+        ++m_senders[sender];
+    }
+
+    void signal_disconnect(sender_type* sender)
+    {
+        lock_block<mt_policy> lock(this);
+        auto it = m_senders.find(sender);
+        if (it == m_senders.end())
+            return;
+        if (--it->second == 0)
+            m_senders.erase(it);
+    }
+
+    void disconnect_all()
+    {
+        lock_block<mt_policy> lock(this);
+        std::map<sender_type*, int> senders;
+        senders.swap(m_senders);
+        for (auto& entry : senders)
+            entry.first->slot_disconnect(this);
+    }
+
+private:
+    void duplicateFrom(has_slots const& other)
+    {
+        std::map<sender_type*, int> senders;
+        {
+            lock_block<mt_policy> lock(const_cast<has_slots*>(&other));
+            senders = other.m_senders;
+        }
+        for (auto& entry : senders)
+            entry.first->slot_duplicate(&other, this);
+    }
+
+    std::map<sender_type*, int> m_senders;
+};
+
+// The connection list and emission walk shared by signal0 to signal4.
+template <class mt_policy, class... Args>
+class _signal_impl : public _signal_base<mt_policy> {
+    typedef has_slots<mt_policy> receiver_type;
+
+    struct connection {
+        virtual ~connection() = default;
+        virtual void call(Args... args) const = 0;
+        virtual connection* duplicate(receiver_type* target) const = 0;
+        receiver_type* target = nullptr;
+        bool alive = true;
+    };
+
+    template <class Receiver>
+    struct member_connection : connection {
+        typedef void (Receiver::*member_type)(Args...);
+        member_connection(Receiver* object, member_type member) : object(object), member(member)
+        {
+            this->target = object;
+        }
+        void call(Args... args) const override { (object->*member)(args...); }
+        connection* duplicate(receiver_type* target) const override
+        {
+            return new member_connection(static_cast<Receiver*>(target), member);
+        }
+        Receiver* object;
+        member_type member;
+    };
+
+public:
+    _signal_impl() = default;
+
+    // A copied signal reaches the same receivers.
+    _signal_impl(_signal_impl const& other) : _signal_base<mt_policy>(other) { copyConnections(other); }
+
+    _signal_impl& operator=(_signal_impl const& other)
+    {
+        if (this != &other) {
+            disconnect_all();
+            copyConnections(other);
+        }
+        return *this;
+    }
+
+    ~_signal_impl() override { disconnect_all(); }
+
+    // The slot may be declared in a base of the target's class.
+    template <class Target, class Receiver>
+    void connect(Target* target, void (Receiver::*member)(Args...))
+    {
+        Receiver* receiver = target;
+        lock_block<mt_policy> lock(this);
+        m_connections.push_back(new member_connection<Receiver>(receiver, member));
+        static_cast<receiver_type*>(receiver)->signal_connect(this);
+    }
+
+    // Removes only the first live connection aimed at target.
+    void disconnect(receiver_type* target)
+    {
+        lock_block<mt_policy> lock(this);
+        for (auto it = m_connections.begin(); it != m_connections.end(); ++it) {
+            if ((*it)->alive && (*it)->target == target) {
+                drop(it);
+                target->signal_disconnect(this);
+                return;
+            }
+        }
+    }
+
+    void disconnect_all()
+    {
+        lock_block<mt_policy> lock(this);
+        for (auto it = m_connections.begin(); it != m_connections.end();) {
+            auto next = std::next(it);
+            if ((*it)->alive) {
+                receiver_type* target = (*it)->target;
+                drop(it);
+                target->signal_disconnect(this);
+            }
+            it = next;
+        }
+    }
+
+    bool blocked() const { return m_blocked; }
+
+    // Sets the flag and returns the previous value, so that a caller can
+    // put it back when its scope ends.
+    bool block(bool on)
+    {
+        lock_block<mt_policy> lock(this);
+        bool previous = m_blocked;
+        m_blocked = on;
+        return previous;
+    }
+
+    bool connected() const
+    {
+        for (connection* c : m_connections)
+            if (c->alive)
+                return true;
+        return false;
+    }
+
+    void operator()(Args... args)
+    {
+        lock_block<mt_policy> lock(this);
+        if (m_blocked || m_connections.empty())
+            return;
+        EmissionScope scope(this);
+        auto it = m_connections.begin();
+        auto last = std::prev(m_connections.end());
+        for (;;) {
+            auto next = std::next(it);
+            bool isLast = it == last;
+            if ((*it)->alive)
+                (*it)->call(args...);
+            if (isLast)
+                break;
+            it = next;
+        }
+    }
+
+    void slot_disconnect(receiver_type* target) override
+    {
+        lock_block<mt_policy> lock(this);
+        for (auto it = m_connections.begin(); it != m_connections.end();) {
+            auto next = std::next(it);
+            if ((*it)->alive && (*it)->target == target)
+                drop(it);
+            it = next;
+        }
+    }
+
+    void slot_duplicate(receiver_type const* oldTarget, receiver_type* newTarget) override
+    {
+        lock_block<mt_policy> lock(this);
+        std::list<connection*> copies;
+        for (connection* c : m_connections)
+            if (c->alive && c->target == oldTarget)
+                copies.push_back(c->duplicate(newTarget));
+        for (connection* c : copies) {
+            m_connections.push_back(c);
+            newTarget->signal_connect(this);
+        }
+    }
+
+private:
+    // Keeps the emission depth right even when a slot throws, and sweeps
+    // the links that were disconnected while the list was being walked.
+    struct EmissionScope {
+        explicit EmissionScope(_signal_impl* s) : signal(s) { ++signal->m_emitting; }
+        ~EmissionScope()
+        {
+            if (--signal->m_emitting == 0)
+                signal->sweep();
+        }
+        _signal_impl* signal;
+    };
+
+    void drop(typename std::list<connection*>::iterator it)
+    {
+        if (m_emitting > 0) {
+            (*it)->alive = false;
+            return;
+        }
+        delete *it;
+        m_connections.erase(it);
+    }
+
+    void sweep()
+    {
+        for (auto it = m_connections.begin(); it != m_connections.end();) {
+            if ((*it)->alive) {
+                ++it;
+                continue;
+            }
+            delete *it;
+            it = m_connections.erase(it);
+        }
+    }
+
+    void copyConnections(_signal_impl const& other)
+    {
+        lock_block<mt_policy> lock(this);
+        for (connection* c : other.m_connections) {
+            if (!c->alive)
+                continue;
+            m_connections.push_back(c->duplicate(c->target));
+            c->target->signal_connect(this);
+        }
+    }
+
+    std::list<connection*> m_connections;
+    int m_emitting = 0;
+    bool m_blocked = false;
+};
+
+template <class mt_policy = multi_threaded_local>
+class signal0 : public _signal_impl<mt_policy> {};
+
+template <class A1, class mt_policy = multi_threaded_local>
+class signal1 : public _signal_impl<mt_policy, A1> {};
+
+template <class A1, class A2, class mt_policy = multi_threaded_local>
+class signal2 : public _signal_impl<mt_policy, A1, A2> {};
+
+template <class A1, class A2, class A3, class mt_policy = multi_threaded_local>
+class signal3 : public _signal_impl<mt_policy, A1, A2, A3> {};
+
+template <class A1, class A2, class A3, class A4, class mt_policy = multi_threaded_local>
+class signal4 : public _signal_impl<mt_policy, A1, A2, A3, A4> {};
+
+// Blocks a signal and restores what it was, at release() or at the end of
+// the scope, whichever comes first.
+template <class Signal>
+class signal_blocker {
+public:
+    explicit signal_blocker(Signal& s) : m_signal(s), m_previous(s.block(true)) {}
+    ~signal_blocker() { release(); }
+    signal_blocker(signal_blocker const&) = delete;
+    signal_blocker& operator=(signal_blocker const&) = delete;
+
+    void release()
+    {
+        if (m_released)
+            return;
+        m_released = true;
+        m_signal.block(m_previous);
+    }
+
+private:
+    Signal& m_signal;
+    bool m_previous;
+    bool m_released = false;
+};
+
+template <class Signal>
+signal_blocker(Signal&) -> signal_blocker<Signal>;
+
+} // namespace sigslot
+
+#endif

@@ -1,0 +1,60 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds everything, and runs every test: the full
+# suite in a normal build (GL suites under a private Xvfb), then the suites
+# that need no GL again under AddressSanitizer and UndefinedBehaviorSanitizer.
+# Exits non-zero on any failure.
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=${IMODELSTAGE_BUILD_DIR:-$root/build/release}
+sanitized=${IMODELSTAGE_SANITIZE_DIR:-$root/build/sanitize}
+jobs=$(nproc)
+
+"$root/scripts/install-deps.sh"
+
+xvfb_pid=
+cleanup() {
+  if [ -n "$xvfb_pid" ]; then kill "$xvfb_pid" 2>/dev/null || true; fi
+}
+trap cleanup EXIT
+
+start_xvfb() {
+  local fifo
+  fifo=$(mktemp -u)
+  mkfifo "$fifo"
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$fifo" >/dev/null 2>&1 &
+  xvfb_pid=$!
+  local display
+  read -r -t 30 display <"$fifo" || { echo "test.sh: Xvfb did not start" >&2; rm -f "$fifo"; return 1; }
+  rm -f "$fifo"
+  export DISPLAY=":$display"
+}
+
+summary() {
+  grep -E 'tests passed|tests failed' "$1" | tail -n 1
+}
+
+echo "== build ($build)"
+cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DIMODELSTAGE_WERROR=ON >/dev/null
+cmake --build "$build" -j "$jobs"
+
+echo "== tests"
+start_xvfb
+export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-xcb}
+status=0
+(cd "$build" && ctest --output-on-failure -j "$jobs") 2>&1 | tee "$build/ctest.log" || status=1
+
+echo "== sanitized build ($sanitized)"
+cmake -S "$root" -B "$sanitized" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DIMODELSTAGE_SANITIZE=ON \
+  -DIMODELSTAGE_WERROR=ON -DIMODELSTAGE_BUILD_BENCHMARKS=OFF -DIMODELSTAGE_BUILD_EXAMPLES=OFF >/dev/null
+cmake --build "$sanitized" -j "$jobs"
+
+echo "== sanitized tests (no GL)"
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+(cd "$sanitized" && ctest --output-on-failure -j "$jobs" -LE 'gl|package') 2>&1 | tee "$sanitized/ctest.log" || status=1
+
+echo "== summary"
+echo "release:   $(summary "$build/ctest.log")"
+echo "sanitized: $(summary "$sanitized/ctest.log")"
+exit $status

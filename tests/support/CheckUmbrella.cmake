@@ -1,0 +1,13 @@
+# Fails when a public header is missing from iModelStage/iModelStage.h.
+file(READ ${SOURCE_DIR}/iModelStage/iModelStage.h umbrella)
+file(GLOB_RECURSE headers RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/iModelStage/*/*.h)
+set(missing)
+foreach(header ${headers})
+  string(FIND "${umbrella}" "#include <${header}>" at)
+  if(at EQUAL -1)
+    list(APPEND missing ${header})
+  endif()
+endforeach()
+if(missing)
+  message(FATAL_ERROR "Not in iModelStage.h (run scripts/update-umbrella.py): ${missing}")
+endif()
