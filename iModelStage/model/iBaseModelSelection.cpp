@@ -1,0 +1,262 @@
+// The selection half of iBaseModel: the selected set and its order, the
+// data attached to selected nodes, proxy selectors, the selection filter,
+// and flags set through the model.
+
+#include <iModelStage/model/iBaseModel.h>
+
+#include <iModelStage/model/iNodeGroup.h>
+
+#include <QString>
+
+#include <unordered_set>
+
+osg::Node* iBaseModel::proxyOf(osg::Node* node)
+{
+    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
+        if (iNodeGroup* proxy = getProxySelector(object))
+            return proxy;
+    return node;
+}
+
+void iBaseModel::addObjectSelection(osg::Node* node)
+{
+    if (_selectionLocked)
+        return;
+    node = proxyOf(node);
+    if (!node || _selectionMap.contains(node))
+        return;
+    _selectionMap.insert(node, nullptr);
+    _selectionList.append(node);
+    sigObjectSelectionAdded(node);
+    sigObjectsSelectionChanged();
+}
+
+void iBaseModel::removeObjectSelection(osg::Node* node)
+{
+    if (_selectionLocked)
+        return;
+    node = proxyOf(node);
+    if (!_selectionMap.contains(node))
+        return;
+    _selectionList.removeOne(node);
+    // Listeners still find the node in the map.
+    sigObjectSelectionRemoved(node);
+    sigObjectsSelectionChanged();
+    _selectionMap.remove(node);
+}
+
+void iBaseModel::clearObjectSelection()
+{
+    if (_selectionLocked)
+        return;
+    // Listeners see an empty list while isObjectSelected still answers for
+    // the old selection.
+    _selectionList.clear();
+    sigObjectsSelectionCleared();
+    sigObjectsSelectionChanged();
+    _selectionMap.clear();
+}
+
+void iBaseModel::selectAll()
+{
+    NodeList objects;
+    getObjectsList(_root.get(), objects, nullptr);
+    sigslot::signal_blocker changed(sigObjectsSelectionChanged);
+    for (osg::ref_ptr<osg::Node> const& node : objects)
+        addObjectSelection(node.get());
+    changed.release();
+    sigObjectsSelectionChanged();
+}
+
+void iBaseModel::invertObjectSelection()
+{
+    if (_selectionMap.isEmpty() || _root->getNumChildren() == 0)
+        return;
+    QMap<osg::Node*, void*> const previous = _selectionMap;
+    clearObjectSelection();
+    NodeList objects;
+    getObjectsList(_root.get(), objects, nullptr);
+    sigslot::signal_blocker changed(sigObjectsSelectionChanged);
+    for (osg::ref_ptr<osg::Node> const& node : objects)
+        if (!previous.contains(node.get()) && node.get() != _currentRoot)
+            addObjectSelection(node.get());
+    changed.release();
+    sigObjectsSelectionChanged();
+}
+
+void iBaseModel::selectByName(std::string const& text)
+{
+    if (text.empty())
+        return;
+    QString const wanted = QString::fromStdString(text);
+    NodeList objects;
+    getObjectsList(_root.get(), objects, nullptr);
+    bool first = true;
+    for (osg::ref_ptr<osg::Node> const& node : objects) {
+        std::string const& name = node->getName();
+        if (name.empty() || !QString::fromStdString(name).contains(wanted, Qt::CaseSensitive))
+            continue;
+        if (first)
+            clearObjectSelection();
+        first = false;
+        addObjectSelection(node.get());
+    }
+}
+
+void iBaseModel::getSelectionList(NodeList& out, std::set<std::string>* classes)
+{
+    if (_selectionList.isEmpty())
+        return;
+    QList<osg::Node*> const selected = _selectionList;
+    bool const filtered = classes && !classes->empty();
+    for (osg::Node* node : selected)
+        if (!filtered || classes->count(getNodeClassName(node)) > 0)
+            out.push_back(node);
+}
+
+void iBaseModel::getSelectionRoots(NodeList& out, std::set<std::string>* classes)
+{
+    NodeList selected;
+    getSelectionList(selected, classes);
+    std::unordered_set<osg::Node*> members;
+    for (osg::ref_ptr<osg::Node> const& node : selected)
+        members.insert(node.get());
+    for (osg::ref_ptr<osg::Node> const& node : selected) {
+        osg::Node* parent = node->getNumParents() > 0 ? node->getParent(0) : nullptr;
+        if (parent && members.find(parent) == members.end())
+            out.push_back(node);
+    }
+}
+
+bool iBaseModel::lockSelection(bool on)
+{
+    bool previous = _selectionLocked;
+    _selectionLocked = on;
+    return previous;
+}
+
+void* iBaseModel::getSelectionData(osg::Node* node) const
+{
+    return _selectionMap.value(node, nullptr);
+}
+
+void* iBaseModel::setSelectionData(osg::Node* node, void* data)
+{
+    auto it = _selectionMap.find(node);
+    if (it == _selectionMap.end())
+        return nullptr;
+    void* previous = it.value();
+    it.value() = data;
+    return previous;
+}
+
+void iBaseModel::setSelectionFilter(std::set<std::string> const& classes)
+{
+    _selectionFilter = classes;
+    sigSelectionFilterChanged();
+}
+
+void iBaseModel::setSelectionFilterActive(bool on)
+{
+    _selectionFilterActive = on;
+    sigSelectionFilterChanged();
+}
+
+void iBaseModel::addProxySelector(iNodeGroup* object, iNodeGroup* proxy)
+{
+    if (!object)
+        return;
+    int const key = static_cast<int>(object->getUniqueId());
+    auto it = _proxySelectors.find(key);
+    if (it != _proxySelectors.end() && it->second.second.valid() && it->second.second.get() == proxy)
+        return;
+    iNodeGroup::setNodeFlag(object, 8, true);
+    iProxySelector entry;
+    entry.first = object;
+    entry.second = proxy;
+    entry.firstId = key;
+    entry.secondId = proxy ? static_cast<int>(proxy->getUniqueId()) : 0;
+    _proxySelectors[key] = entry;
+}
+
+iNodeGroup* iBaseModel::getProxySelector(iNodeGroup* object)
+{
+    if (!object || _proxySelectors.empty())
+        return nullptr;
+    auto it = _proxySelectors.find(static_cast<int>(object->getUniqueId()));
+    return it == _proxySelectors.end() ? nullptr : it->second.second.get();
+}
+
+void iBaseModel::removeProxySelector(iNodeGroup* object)
+{
+    if (!object)
+        return;
+    auto it = _proxySelectors.find(static_cast<int>(object->getUniqueId()));
+    if (it == _proxySelectors.end())
+        return;
+    if (iNodeGroup* proxied = it->second.first.get())
+        iNodeGroup::setNodeFlag(proxied, 8, false);
+    _proxySelectors.erase(it);
+}
+
+void iBaseModel::clearProxySelectors()
+{
+    for (auto& entry : _proxySelectors)
+        if (iNodeGroup* proxied = entry.second.first.get())
+            iNodeGroup::setNodeFlag(proxied, 8, false);
+    _proxySelectors.clear();
+}
+
+std::bitset<32> iBaseModel::getNodeFlags(osg::Node* node)
+{
+    return iNodeGroup::getNodeFlags(node);
+}
+
+bool iBaseModel::isNodeFlagSet(osg::Node* node, unsigned int bit)
+{
+    return iNodeGroup::isNodeFlagSet(node, bit);
+}
+
+void iBaseModel::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
+{
+    bool const old = iNodeGroup::isNodeFlagSet(node, bit);
+    iNodeGroup::setNodeFlag(node, bit, value);
+    if (iNodeGroup::isNodeFlagSet(node, bit) == old)
+        return;
+    sigNodeFlagChanged(node, bit, value);
+    sigNodesFlagsChanged();
+}
+
+void iBaseModel::setNodeFlags(osg::Node* node, std::bitset<32> flags)
+{
+    std::bitset<32> const old = iNodeGroup::getNodeFlags(node);
+    iNodeGroup::setNodeFlags(node, flags);
+    std::bitset<32> const now = iNodeGroup::getNodeFlags(node);
+    if (now == old)
+        return;
+    sigNodeFlagsChanged(node, old, now);
+    sigNodesFlagsChanged();
+}
+
+void iBaseModel::setNodeFlagToAllChildren(osg::Node* node, unsigned int bit, bool value)
+{
+    iNodeGroup::setNodeFlagToAllChildren(node, bit, value);
+}
+
+void iBaseModel::setFlagOnSelected(unsigned int bit, bool value)
+{
+    QMap<osg::Node*, void*> const selected = _selectionMap;
+    for (auto it = selected.begin(); it != selected.end(); ++it)
+        if (iNodeGroup::isNodeFlagSet(it.key(), bit) != value)
+            setNodeFlag(it.key(), bit, value);
+}
+
+void iBaseModel::slotCallNodeFlagChanged(iNodeGroup* object, unsigned int bit, bool value)
+{
+    sigNodeFlagChanged(object, bit, value);
+}
+
+void iBaseModel::slotCallNodeFlagsChanged(iNodeGroup* object, std::bitset<32> oldFlags, std::bitset<32> newFlags)
+{
+    sigNodeFlagsChanged(object, oldFlags, newFlags);
+}

@@ -1,0 +1,181 @@
+#include <iModelStage/model/iNodeGroup.h>
+
+#include <iModelStage/frame/iInStream.h>
+#include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/model/iNodeFinder.h>
+#include <iModelStage/model/iObjectData.h>
+
+#include <osg/UserDataContainer>
+
+#include <vector>
+
+I_REGISTER_PERSISTENT_CLASS(iNodeGroup)
+
+namespace {
+
+iObjectData* findData(osg::Node* node)
+{
+    return dynamic_cast<iObjectData*>(node->getUserData());
+}
+
+} // namespace
+
+iNodeGroup::iNodeGroup()
+{
+    sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
+}
+
+iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
+    : iRoot(other), osg::PositionAttitudeTransform(other, copyop), _asyncUpdate(other._asyncUpdate)
+{
+    if (iObjectData* data = findData(const_cast<iNodeGroup*>(&other))) {
+        // A shallow copy shares the source's user-data container; give the
+        // copy its own before replacing the block in it.
+        if (getUserDataContainer() == other.getUserDataContainer())
+            setUserDataContainer(osg::clone(other.getUserDataContainer(), osg::CopyOp::SHALLOW_COPY));
+        setUserData(new iObjectData(*data));
+    }
+    sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
+}
+
+iNodeGroup::~iNodeGroup() = default;
+
+void iNodeGroup::updateTargetUid(long, long) {}
+
+iObjectData* iNodeGroup::initUserData(osg::Node* node)
+{
+    if (!node)
+        return nullptr;
+    iObjectData* data = findData(node);
+    if (!data) {
+        data = new iObjectData;
+        node->setUserData(data);
+    }
+    return data;
+}
+
+std::bitset<32> iNodeGroup::getNodeFlags(osg::Node* node)
+{
+    iObjectData* data = initUserData(node);
+    return data ? data->flags : std::bitset<32>();
+}
+
+bool iNodeGroup::isNodeFlagSet(osg::Node* node, unsigned int bit)
+{
+    iObjectData* data = initUserData(node);
+    return data && data->flags.test(bit);
+}
+
+void iNodeGroup::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
+{
+    iObjectData* data = initUserData(node);
+    if (!data)
+        return;
+    if (bit != 5 && !data->flags.test(5))
+        return;
+    std::bitset<32> old = data->flags;
+    data->flags.set(bit, value);
+    if (bit == 0) {
+        // Only the first hide saves the mask, so a node hidden twice comes
+        // back with the mask it had before.
+        if (old.test(0) && !value)
+            data->savedNodeMask = node->getNodeMask();
+        node->setNodeMask(data->flags.test(0) ? data->savedNodeMask : 0);
+    }
+    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node)) {
+        std::bitset<32> now = data->flags;
+        object->sigFlagChanged(object, bit, value);
+        object->sigFlagsChanged(object, old, now);
+    }
+}
+
+void iNodeGroup::setNodeFlags(osg::Node* node, std::bitset<32> flags)
+{
+    iObjectData* data = initUserData(node);
+    if (!data)
+        return;
+    std::bitset<32> old = data->flags;
+    data->flags = flags;
+    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
+        object->sigFlagsChanged(object, old, flags);
+}
+
+void iNodeGroup::setNodeFlagToAllChildren(osg::Node* node, unsigned int bit, bool value)
+{
+    // Depth first, parent before children, in child order; iterative so
+    // that a deep tree cannot exhaust the stack.
+    std::vector<osg::Node*> pending;
+    if (node)
+        pending.push_back(node);
+    while (!pending.empty()) {
+        osg::Node* current = pending.back();
+        pending.pop_back();
+        setNodeFlag(current, bit, value);
+        if (osg::Group* group = current->asGroup())
+            for (unsigned int i = group->getNumChildren(); i > 0; --i)
+                if (osg::Node* child = group->getChild(i - 1))
+                    pending.push_back(child);
+    }
+}
+
+std::string iNodeGroup::getNodeLayerId(osg::Node* node)
+{
+    if (!node)
+        return std::string();
+    iObjectData* data = findData(node);
+    return data ? data->layerId : std::string();
+}
+
+void iNodeGroup::setNodeLayerId(osg::Node* node, std::string const& layerId)
+{
+    if (iObjectData* data = initUserData(node))
+        data->layerId = layerId;
+}
+
+iNodeGroup* iNodeGroup::findObjectByUniqueId(long id)
+{
+    if (getNumParents() == 0)
+        return nullptr;
+    return iNodeFinder(this).findObjectByUniqueId(id);
+}
+
+iNodeGroup* iNodeGroup::findObjectByUniqueIdImpl(osg::Node* start, long id, osg::Node* exclude)
+{
+    if (!start || start == exclude)
+        return nullptr;
+    std::vector<osg::Node*> pending{start};
+    while (!pending.empty()) {
+        osg::Node* current = pending.back();
+        pending.pop_back();
+        iNodeGroup* object = dynamic_cast<iNodeGroup*>(current);
+        if (object && object->getUniqueId() == id)
+            return object;
+        if (osg::Group* group = current->asGroup())
+            for (unsigned int i = group->getNumChildren(); i > 0; --i)
+                if (osg::Node* child = group->getChild(i - 1))
+                    pending.push_back(child);
+    }
+    return nullptr;
+}
+
+void iNodeGroup::read(iInStream& stream, int)
+{
+    setNodeFlags(this, std::bitset<32>(static_cast<unsigned int>(stream.readInt())));
+    setNodeLayerId(this, stream.readString());
+}
+
+void iNodeGroup::write(iOutStream& stream)
+{
+    stream.writeInt(static_cast<int>(getNodeFlags(this).to_ulong()));
+    stream.writeString(getNodeLayerId(this));
+}
+
+void iNodeGroup::slotNameChanged(iRoot*, std::string name)
+{
+    osg::Object::setName(name);
+}
+
+void iNodeGroup::slotdeletableChanged(iRoot*, bool value)
+{
+    setNodeFlag(this, 2, value);
+}

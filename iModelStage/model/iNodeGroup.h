@@ -1,0 +1,88 @@
+#ifndef IMODELSTAGE_MODEL_INODEGROUP_H
+#define IMODELSTAGE_MODEL_INODEGROUP_H
+
+#include <iModelStage/frame/iObjectMacros.h>
+
+#include <osg/PositionAttitudeTransform>
+
+#include <bitset>
+#include <string>
+
+class iGhostNode;
+class iObjectData;
+
+// Base of every document object: a frame object and a scene node at once.
+//
+// Its model state (flags, owning layer, saved node mask) lives in an
+// iObjectData block hung on the node as user data, so the static flag
+// functions work on any osg::Node. Flag bits: 0 visible, 1 selectable,
+// 2 deletable, 4 snappable, 5 flags editable (when clear, every other flag
+// is frozen), 6 persistent, 8 has proxy selector, 9 clonable, 11 show
+// selection. The others keep their default 1 and round-trip through files.
+class IMODELSTAGE_EXPORT iNodeGroup : public iRoot, public osg::PositionAttitudeTransform {
+    I_CLASS(iNodeGroup, iRoot, 1)
+    I_OSG_NODE(iNodeGroup)
+public:
+    iNodeGroup();
+    // A copy gets its own flag block, never the source's, and starts with
+    // no connections.
+    iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop = osg::CopyOp::SHALLOW_COPY);
+
+    sigslot::signal3<iNodeGroup*, unsigned int, bool> sigFlagChanged;
+    sigslot::signal3<iNodeGroup*, std::bitset<32>, std::bitset<32>> sigFlagsChanged;
+    // The object has just been removed from its model.
+    sigslot::signal1<iNodeGroup*> sigRemoved;
+
+    virtual void updateState() {}
+    // Called once all objects are loaded, to bind references kept as ids.
+    virtual void resolveLinks() {}
+    // An object that keeps another's unique id replaces oldUid by newUid.
+    virtual void updateTargetUid(long oldUid, long newUid);
+    virtual iGhostNode* asGhost() { return nullptr; }
+
+    // Flags on any node; the block is created on first use, reads included.
+    // A null node reads as no flags and ignores changes; a bit of 32 or more
+    // throws std::out_of_range.
+    static std::bitset<32> getNodeFlags(osg::Node* node);
+    static bool isNodeFlagSet(osg::Node* node, unsigned int bit);
+    static void setNodeFlag(osg::Node* node, unsigned int bit, bool value);
+    static void setNodeFlags(osg::Node* node, std::bitset<32> flags);
+    static void setNodeFlagToAllChildren(osg::Node* node, unsigned int bit, bool value);
+    // Empty when the node has no block; never creates one.
+    static std::string getNodeLayerId(osg::Node* node);
+    static void setNodeLayerId(osg::Node* node, std::string const& layerId);
+    static iObjectData* initUserData(osg::Node* node);
+
+    std::bitset<32> getFlags() { return getNodeFlags(this); }
+    void setFlags(std::bitset<32> flags) { setNodeFlags(this, flags); }
+    bool isFlagSet(unsigned int bit) { return isNodeFlagSet(this, bit); }
+    void setFlag(unsigned int bit, bool value) { setNodeFlag(this, bit, value); }
+    std::string getLayerId() { return getNodeLayerId(this); }
+    void setLayerId(std::string const& layerId) { setNodeLayerId(this, layerId); }
+
+    // When true a geometry update rebuilds at once; when false it waits
+    // for the layer's frame.
+    bool getAsyncUpdate() const { return _asyncUpdate; }
+    void setAsyncUpdate(bool on) { _asyncUpdate = on; }
+
+    // Document-wide look-up; null for an object outside any tree.
+    iNodeGroup* findObjectByUniqueId(long id);
+
+    void read(iInStream& stream, int version);
+    void write(iOutStream& stream);
+
+protected:
+    ~iNodeGroup() override;
+
+    // Depth first from start, skipping exclude; the first object with id.
+    static iNodeGroup* findObjectByUniqueIdImpl(osg::Node* start, long id, osg::Node* exclude);
+
+    void slotdeletableChanged(iRoot* source, bool value);
+
+private:
+    void slotNameChanged(iRoot* source, std::string name);
+
+    bool _asyncUpdate = true;
+};
+
+#endif
