@@ -1,0 +1,60 @@
+#ifndef IMODELSTAGE_IMODELSTAGE_H
+#define IMODELSTAGE_IMODELSTAGE_H
+
+// Every public header of the library.
+
+#include <iModelStage/frame/MemberBase.h>
+#include <iModelStage/frame/TypeMismatchError.h>
+#include <iModelStage/frame/UnknownPropertyError.h>
+#include <iModelStage/frame/iCheckedDouble.h>
+#include <iModelStage/frame/iClass.h>
+#include <iModelStage/frame/iClassIcons.h>
+#include <iModelStage/frame/iExport.h>
+#include <iModelStage/frame/iInStream.h>
+#include <iModelStage/frame/iMapList.h>
+#include <iModelStage/frame/iMemoryBuffer.h>
+#include <iModelStage/frame/iNullClass.h>
+#include <iModelStage/frame/iObjectMacros.h>
+#include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iProperty.h>
+#include <iModelStage/frame/iPropertyHandler.h>
+#include <iModelStage/frame/iRoot.h>
+#include <iModelStage/frame/iSimpleMapListPtr.h>
+#include <iModelStage/frame/iSlot.h>
+#include <iModelStage/frame/iStartUp.h>
+#include <iModelStage/frame/iStreamError.h>
+#include <iModelStage/frame/iStreamHandler.h>
+#include <iModelStage/frame/iStringList.h>
+#include <iModelStage/frame/iTranslate.h>
+#include <iModelStage/frame/iUCVec3fRadToGrad.h>
+#include <iModelStage/frame/iUnitConverterItem.h>
+#include <iModelStage/frame/iUnitConverterManager.h>
+#include <iModelStage/frame/iValueTypes.h>
+#include <iModelStage/frame/iptrStringList.h>
+#include <iModelStage/frame/sigslot.h>
+#include <iModelStage/model/NodeList.h>
+#include <iModelStage/model/iBaseModel.h>
+#include <iModelStage/model/iColor4iModelStage_viewerbgview.h>
+#include <iModelStage/model/iCoordinateSystem.h>
+#include <iModelStage/model/iGhostLayer.h>
+#include <iModelStage/model/iGhostNode.h>
+#include <iModelStage/model/iLayerManagerHistory.h>
+#include <iModelStage/model/iLayersManager.h>
+#include <iModelStage/model/iLayersManagerLock.h>
+#include <iModelStage/model/iLoopLock.h>
+#include <iModelStage/model/iModelSearchOptimizer.h>
+#include <iModelStage/model/iNodeFinder.h>
+#include <iModelStage/model/iNodeGroup.h>
+#include <iModelStage/model/iNodeLayer.h>
+#include <iModelStage/model/iObjectData.h>
+#include <iModelStage/model/iParentLinks.h>
+#include <iModelStage/model/iSettingNodeBase.h>
+#include <iModelStage/model/iSettingsManagerBase.h>
+#include <iModelStage/model/iSettingsManagerNotifierLock.h>
+#include <iModelStage/model/iTransformGroup.h>
+#include <iModelStage/model/iUndoRedoManager.h>
+#include <iModelStage/reporting/iExceptionManagerInterface.h>
+#include <iModelStage/reporting/iProgressHandler.h>
+#include <iModelStage/reporting/iProgressInterface.h>
+
+#endif

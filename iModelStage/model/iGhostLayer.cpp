@@ -1,0 +1,3 @@
+#include <iModelStage/model/iGhostLayer.h>
+
+I_REGISTER_CLASS(iGhostLayer)

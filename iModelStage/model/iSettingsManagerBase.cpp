@@ -1,0 +1,157 @@
+#include <iModelStage/model/iSettingsManagerBase.h>
+
+#include <iModelStage/frame/iInStream.h>
+#include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/model/iLayersManager.h>
+#include <iModelStage/model/iNodeLayer.h>
+#include <iModelStage/model/iSettingNodeBase.h>
+
+#include <fstream>
+#include <set>
+#include <string>
+
+char const* const iSettingsManagerBase::FileId = "iSettingsManager::12122011";
+
+namespace {
+
+// The document's progress stays quiet while settings are read or written.
+class QuietProgress {
+public:
+    QuietProgress() : m_manager(iLayersManager::getInstance())
+    {
+        if (m_manager)
+            m_previous = m_manager->setProgressInterfaceEnabled(false);
+    }
+    ~QuietProgress()
+    {
+        if (m_manager)
+            m_manager->setProgressInterfaceEnabled(m_previous);
+    }
+    QuietProgress(QuietProgress const&) = delete;
+    QuietProgress& operator=(QuietProgress const&) = delete;
+
+private:
+    iLayersManager* m_manager;
+    bool m_previous = true;
+};
+
+} // namespace
+
+iSettingsManagerBase::iSettingsManagerBase()
+{
+    getSettingsLayer();
+}
+
+iNodeLayer* iSettingsManagerBase::getSettingsLayer()
+{
+    // Never destroyed: settings outlive every static that may ask for them.
+    static osg::ref_ptr<iNodeLayer>* layer = new osg::ref_ptr<iNodeLayer>(new iNodeLayer);
+    return layer->get();
+}
+
+bool iSettingsManagerBase::addNewPropertyObject(iSettingNodeBase* setting)
+{
+    if (!setting)
+        return false;
+    iNodeLayer* layer = getSettingsLayer();
+    if (layer->findObjectByName(setting->get_name()))
+        return false;
+    layer->addObject(setting, true);
+    return true;
+}
+
+void iSettingsManagerBase::removePropertyObject(iSettingNodeBase* setting)
+{
+    getSettingsLayer()->removeObject(setting, true);
+}
+
+void iSettingsManagerBase::restoreDefaultValues()
+{
+    NodeList objects;
+    iNodeLayer* layer = getSettingsLayer();
+    layer->getObjectsList(layer->getObjectsRoot(), objects, nullptr);
+    for (osg::ref_ptr<osg::Node> const& node : objects)
+        if (iSettingNodeBase* setting = dynamic_cast<iSettingNodeBase*>(node.get()))
+            setting->restoreDefaultValue();
+}
+
+bool iSettingsManagerBase::write(char const* fileName)
+{
+    if (!fileName)
+        return false;
+    try {
+        std::filebuf file;
+        if (!file.open(fileName, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
+            return false;
+        iOutStream stream(&file);
+        stream.writeString(FileId);
+        {
+            QuietProgress quiet;
+            getSettingsLayer()->write(stream);
+        }
+        return file.close() != nullptr;
+    } catch (...) {
+        return false;
+    }
+}
+
+void iSettingsManagerBase::removeGhostNodes()
+{
+    iNodeLayer* layer = getSettingsLayer();
+    NodeList objects;
+    layer->getObjectsList(layer->getObjectsRoot(), objects, nullptr);
+    for (osg::ref_ptr<osg::Node> const& node : objects) {
+        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());
+        if (!object || !object->asGhost())
+            continue;
+        iNodeGroup::setNodeFlag(object, 2, true);
+        layer->removeObject(object, true);
+    }
+}
+
+bool iSettingsManagerBase::read(char const* fileName)
+{
+    if (!fileName)
+        return false;
+    try {
+        std::filebuf file;
+        if (!file.open(fileName, std::ios_base::in | std::ios_base::binary))
+            return false;
+        iInStream stream(&file);
+        if (stream.readString() != FileId)
+            return false;
+        osg::ref_ptr<iNodeLayer> incoming = new iNodeLayer;
+        {
+            QuietProgress quiet;
+            incoming->read(stream, incoming->getClassVersion());
+        }
+        removeGhostNodes();
+
+        // Settings of unknown classes come back as ghosts; they are kept.
+        std::set<std::string> classes;
+        iRoot::getChildrenClassesList("iSettingNodeBase", classes, true);
+        classes.insert("iGhostNode");
+        NodeList objects;
+        incoming->getObjectsList(incoming->getObjectsRoot(), objects, &classes);
+
+        iNodeLayer* layer = getSettingsLayer();
+        for (osg::ref_ptr<osg::Node> const& node : objects) {
+            iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());
+            if (!object)
+                continue;
+            iSettingNodeBase* setting = dynamic_cast<iSettingNodeBase*>(object);
+            if (setting && !object->asGhost()) {
+                iNodeGroup* existing = layer->findObjectByName(object->get_name());
+                if (iSettingNodeBase* old = dynamic_cast<iSettingNodeBase*>(existing)) {
+                    setting->copyFrom(old);
+                    iNodeGroup::setNodeFlag(old, 2, true);
+                    layer->removeObject(old, true);
+                }
+            }
+            layer->addObject(object, true);
+        }
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
