@@ -14,13 +14,17 @@
 // when the outermost emission ends; links made during an emission first fire
 // on the next one.
 
-#include <list>
+#include <atomic>
 #include <map>
-#include <mutex>
+#include <thread>
+#include <vector>
 
 namespace sigslot {
 
 // Each signal and each receiver owns its own recursive critical section.
+// Emissions and connections happen on the host's user-interface thread, so
+// the section is almost never contended: it is an owner and a depth, a few
+// bytes instead of a system mutex, and another thread waits by yielding.
 class multi_threaded_local {
 public:
     multi_threaded_local() = default;
@@ -29,11 +33,30 @@ public:
     multi_threaded_local& operator=(multi_threaded_local const&) { return *this; }
     virtual ~multi_threaded_local() = default;
 
-    virtual void lock() { m_mutex.lock(); }
-    virtual void unlock() { m_mutex.unlock(); }
+    virtual void lock()
+    {
+        std::thread::id const self = std::this_thread::get_id();
+        if (m_owner.load(std::memory_order_relaxed) == self) {
+            ++m_depth;
+            return;
+        }
+        std::thread::id none;
+        while (!m_owner.compare_exchange_weak(none, self, std::memory_order_acquire, std::memory_order_relaxed)) {
+            none = std::thread::id();
+            std::this_thread::yield();
+        }
+        m_depth = 1;
+    }
+
+    virtual void unlock()
+    {
+        if (--m_depth == 0)
+            m_owner.store(std::thread::id(), std::memory_order_release);
+    }
 
 private:
-    std::recursive_mutex m_mutex;
+    std::atomic<std::thread::id> m_owner{};
+    unsigned m_depth = 0;
 };
 
 template <class mt_policy>
@@ -131,27 +154,25 @@ template <class mt_policy, class... Args>
 class _signal_impl : public _signal_base<mt_policy> {
     typedef has_slots<mt_policy> receiver_type;
 
+    // A link of the singly linked connection list.
     struct connection {
         virtual ~connection() = default;
         virtual void call(Args... args) const = 0;
         virtual connection* duplicate(receiver_type* target) const = 0;
         receiver_type* target = nullptr;
+        connection* next = nullptr;
         bool alive = true;
     };
 
+    // The receiver's own type is reached only when called: a copied
+    // receiver is connected from its base's constructor, before the rest of
+    // it exists.
     template <class Receiver>
     struct member_connection : connection {
         typedef void (Receiver::*member_type)(Args...);
-        member_connection(Receiver* object, member_type member) : object(object), member(member)
-        {
-            this->target = object;
-        }
-        void call(Args... args) const override { (object->*member)(args...); }
-        connection* duplicate(receiver_type* target) const override
-        {
-            return new member_connection(static_cast<Receiver*>(target), member);
-        }
-        Receiver* object;
+        member_connection(receiver_type* target, member_type member) : member(member) { this->target = target; }
+        void call(Args... args) const override { (static_cast<Receiver*>(this->target)->*member)(args...); }
+        connection* duplicate(receiver_type* target) const override { return new member_connection(target, member); }
         member_type member;
     };
 
@@ -178,7 +199,7 @@ public:
     {
         Receiver* receiver = target;
         lock_block<mt_policy> lock(this);
-        m_connections.push_back(new member_connection<Receiver>(receiver, member));
+        append(new member_connection<Receiver>(receiver, member));
         static_cast<receiver_type*>(receiver)->signal_connect(this);
     }
 
@@ -186,9 +207,9 @@ public:
     void disconnect(receiver_type* target)
     {
         lock_block<mt_policy> lock(this);
-        for (auto it = m_connections.begin(); it != m_connections.end(); ++it) {
-            if ((*it)->alive && (*it)->target == target) {
-                drop(it);
+        for (connection *c = m_head, *previous = nullptr; c; previous = c, c = c->next) {
+            if (c->alive && c->target == target) {
+                drop(c, previous);
                 target->signal_disconnect(this);
                 return;
             }
@@ -198,14 +219,19 @@ public:
     void disconnect_all()
     {
         lock_block<mt_policy> lock(this);
-        for (auto it = m_connections.begin(); it != m_connections.end();) {
-            auto next = std::next(it);
-            if ((*it)->alive) {
-                receiver_type* target = (*it)->target;
-                drop(it);
-                target->signal_disconnect(this);
+        connection* previous = nullptr;
+        for (connection* c = m_head; c;) {
+            connection* next = c->next;
+            if (!c->alive) {
+                previous = c;
+                c = next;
+                continue;
             }
-            it = next;
+            receiver_type* target = c->target;
+            if (!drop(c, previous))
+                previous = c;
+            target->signal_disconnect(this);
+            c = next;
         }
     }
 
@@ -223,7 +249,7 @@ public:
 
     bool connected() const
     {
-        for (connection* c : m_connections)
+        for (connection* c = m_head; c; c = c->next)
             if (c->alive)
                 return true;
         return false;
@@ -232,42 +258,42 @@ public:
     void operator()(Args... args)
     {
         lock_block<mt_policy> lock(this);
-        if (m_blocked || m_connections.empty())
+        if (m_blocked || !m_head)
             return;
         EmissionScope scope(this);
-        auto it = m_connections.begin();
-        auto last = std::prev(m_connections.end());
-        for (;;) {
-            auto next = std::next(it);
-            bool isLast = it == last;
-            if ((*it)->alive)
-                (*it)->call(args...);
-            if (isLast)
+        connection* const last = m_tail;
+        for (connection* c = m_head;;) {
+            connection* next = c->next;
+            if (c->alive)
+                c->call(args...);
+            if (c == last)
                 break;
-            it = next;
+            c = next;
         }
     }
 
     void slot_disconnect(receiver_type* target) override
     {
         lock_block<mt_policy> lock(this);
-        for (auto it = m_connections.begin(); it != m_connections.end();) {
-            auto next = std::next(it);
-            if ((*it)->alive && (*it)->target == target)
-                drop(it);
-            it = next;
+        connection* previous = nullptr;
+        for (connection* c = m_head; c;) {
+            connection* next = c->next;
+            bool const kept = !(c->alive && c->target == target) || !drop(c, previous);
+            if (kept)
+                previous = c;
+            c = next;
         }
     }
 
     void slot_duplicate(receiver_type const* oldTarget, receiver_type* newTarget) override
     {
         lock_block<mt_policy> lock(this);
-        std::list<connection*> copies;
-        for (connection* c : m_connections)
+        std::vector<connection*> copies;
+        for (connection* c = m_head; c; c = c->next)
             if (c->alive && c->target == oldTarget)
                 copies.push_back(c->duplicate(newTarget));
         for (connection* c : copies) {
-            m_connections.push_back(c);
+            append(c);
             newTarget->signal_connect(this);
         }
     }
@@ -285,40 +311,64 @@ private:
         _signal_impl* signal;
     };
 
-    void drop(typename std::list<connection*>::iterator it)
+    void append(connection* c)
+    {
+        if (m_tail)
+            m_tail->next = c;
+        else
+            m_head = c;
+        m_tail = c;
+    }
+
+    void unlink(connection* c, connection* previous)
+    {
+        if (previous)
+            previous->next = c->next;
+        else
+            m_head = c->next;
+        if (m_tail == c)
+            m_tail = previous;
+        delete c;
+    }
+
+    // While the list is being walked a link is only marked dead; returns
+    // whether it was unlinked at once.
+    bool drop(connection* c, connection* previous)
     {
         if (m_emitting > 0) {
-            (*it)->alive = false;
-            return;
+            c->alive = false;
+            return false;
         }
-        delete *it;
-        m_connections.erase(it);
+        unlink(c, previous);
+        return true;
     }
 
     void sweep()
     {
-        for (auto it = m_connections.begin(); it != m_connections.end();) {
-            if ((*it)->alive) {
-                ++it;
-                continue;
-            }
-            delete *it;
-            it = m_connections.erase(it);
+        connection* previous = nullptr;
+        for (connection* c = m_head; c;) {
+            connection* next = c->next;
+            if (c->alive)
+                previous = c;
+            else
+                unlink(c, previous);
+            c = next;
         }
     }
 
     void copyConnections(_signal_impl const& other)
     {
         lock_block<mt_policy> lock(this);
-        for (connection* c : other.m_connections) {
+        for (connection* c = other.m_head; c; c = c->next) {
             if (!c->alive)
                 continue;
-            m_connections.push_back(c->duplicate(c->target));
+            append(c->duplicate(c->target));
             c->target->signal_connect(this);
         }
     }
 
-    std::list<connection*> m_connections;
+    connection* m_head = nullptr;
+    connection* m_tail = nullptr;
     int m_emitting = 0;
     bool m_blocked = false;
 };
