@@ -38,7 +38,8 @@ public:
     // Fails when the stream is known to hold fewer than size bytes.
     void requireBytes(std::streamoff size);
 
-    [[noreturn]] void fail(char const* what);
+    // Leaves the stream failed and throws iStreamError with the reason.
+    [[noreturn]] void failWith(char const* what);
 
 private:
     // Fails when the stream is known to hold fewer than size bytes; false

@@ -3,6 +3,7 @@
 
 #include <iModelStage/frame/iExport.h>
 
+#include <algorithm>
 #include <streambuf>
 #include <string>
 #include <vector>
@@ -16,8 +17,12 @@ public:
     iMemoryBuffer(char const* data, std::size_t size);
 
     char const* data() const { return m_bytes.data(); }
-    std::size_t size() const { return m_size; }
-    std::string str() const { return std::string(m_bytes.data(), m_size); }
+    // Bytes put through the put area directly count too.
+    std::size_t size() const
+    {
+        return pbase() ? std::max(m_size, static_cast<std::size_t>(pptr() - m_bytes.data())) : m_size;
+    }
+    std::string str() const { return std::string(m_bytes.data(), size()); }
     // Empties the buffer and puts both positions at the start.
     void clear();
 

@@ -20,7 +20,7 @@ void encode32(std::uint32_t value, char* out)
 
 iOutStream::iOutStream(std::streambuf* buffer) : std::ostream(buffer) {}
 
-void iOutStream::fail(char const* what)
+void iOutStream::failWith(char const* what)
 {
     try {
         setstate(std::ios_base::badbit);
@@ -33,11 +33,20 @@ void iOutStream::fail(char const* what)
 void iOutStream::writeRaw(char const* data, std::streamsize size)
 {
     if (size < 0)
-        fail("negative size");
+        failWith("negative size");
     if (!good() || !rdbuf())
-        fail("write to a failed stream");
-    if (rdbuf()->sputn(data, size) != size)
-        fail("write error");
+        failWith("write to a failed stream");
+    std::streambuf* buffer = rdbuf();
+    // Single values go straight into the put area: a virtual call per int
+    // or double dominated writing large documents.
+    if (size <= 8) {
+        for (std::streamsize i = 0; i < size; ++i)
+            if (traits_type::eq_int_type(buffer->sputc(data[i]), traits_type::eof()))
+                failWith("write error");
+        return;
+    }
+    if (buffer->sputn(data, size) != size)
+        failWith("write error");
 }
 
 void iOutStream::writeBool(bool const& value)
@@ -73,7 +82,7 @@ void iOutStream::writeDouble(double const& value)
 void iOutStream::writeString(std::string const& value)
 {
     if (value.size() > static_cast<std::size_t>(INT_MAX))
-        fail("string too long");
+        failWith("string too long");
     writeInt(static_cast<int>(value.size()));
     writeRaw(value.data(), static_cast<std::streamsize>(value.size()));
 }

@@ -20,7 +20,8 @@ public:
     void writeString(std::string const& value);
     void writeRaw(char const* data, std::streamsize size);
 
-    [[noreturn]] void fail(char const* what);
+    // Leaves the stream failed and throws iStreamError with the reason.
+    [[noreturn]] void failWith(char const* what);
 };
 
 #endif
