@@ -12,6 +12,9 @@
 
 osg::Node* iBaseModel::proxyOf(osg::Node* node)
 {
+    // Without proxies the node itself is not even read.
+    if (_proxySelectors.empty())
+        return node;
     if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
         if (iNodeGroup* proxy = getProxySelector(object))
             return proxy;

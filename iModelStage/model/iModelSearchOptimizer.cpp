@@ -23,6 +23,7 @@ iNodeGroup* iModelSearchOptimizer::findObjectByUniqueId(long id)
         _index.clear();
         NodeList objects;
         _owner->getObjectsList(_owner->getObjectsRoot(), objects, nullptr);
+        _index.reserve(objects.size());
         iNodeGroup* found = nullptr;
         for (osg::ref_ptr<osg::Node> const& node : objects) {
             iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());

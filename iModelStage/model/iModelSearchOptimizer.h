@@ -5,7 +5,7 @@
 
 #include <osg/Node>
 
-#include <map>
+#include <unordered_map>
 
 class iBaseModel;
 class iNodeGroup;
@@ -27,7 +27,9 @@ private:
     void slotObjectRemoved(osg::Node* node);
     void slotAllObjectsRemoved();
 
-    std::map<long, iNodeGroup*> _index;
+    // Hashed: lookups come in no particular order and the index is never
+    // walked, so a large document pays no tree descent per look-up.
+    std::unordered_map<long, iNodeGroup*> _index;
     iBaseModel* _owner;
     bool _dirty = true;
 };
