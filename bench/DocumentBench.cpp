@@ -77,31 +77,46 @@ Fixture& fixture()
 
         fx->manager = new iLayersManager;
         iNodeLayer* layer = iLayersManager::registerNodeLayerClass("iNodeLayer", kLayer);
-        fx->osgScene = new osg::Group;
+        // The document and the baseline scene are built in two passes: built
+        // in one, their nodes would alternate in memory, and whichever is
+        // emptied and read again would be spread over twice the space.
         int n = 0;
-        auto make = [&n](osg::Group* osgParent) {
+        auto makeObject = [&n]() {
             iTransformGroup* object = new iTransformGroup;
             object->set_name(nameOf(n));
             object->setPosition(positionOf(n));
+            ++n;
+            return object;
+        };
+        for (int r = 0; r < kRoots; ++r) {
+            osg::ref_ptr<iTransformGroup> root = makeObject();
+            for (int c = 0; c < kChildren; ++c) {
+                iTransformGroup* child = makeObject();
+                root->addChild(child);
+                for (int g = 0; g < kGrandchildren; ++g)
+                    child->addChild(makeObject());
+            }
+            // Built as a plain tree first, then announced to the layer once.
+            layer->addObject(root.get(), true);
+        }
+
+        fx->osgScene = new osg::Group;
+        n = 0;
+        auto makePlain = [&n](osg::Group* parent) {
             osg::ref_ptr<osg::PositionAttitudeTransform> plain = new osg::PositionAttitudeTransform;
             plain->setName(nameOf(n));
             plain->setPosition(osg::Vec3d(positionOf(n)));
-            osgParent->addChild(plain.get());
+            parent->addChild(plain.get());
             ++n;
-            return std::make_pair(object, plain.get());
+            return plain.get();
         };
-        // Built as a plain tree first, then announced to the layer once.
         for (int r = 0; r < kRoots; ++r) {
-            auto root = make(fx->osgScene.get());
+            osg::Group* root = makePlain(fx->osgScene.get());
             for (int c = 0; c < kChildren; ++c) {
-                auto child = make(root.second);
-                root.first->addChild(child.first);
-                for (int g = 0; g < kGrandchildren; ++g) {
-                    auto grandchild = make(child.second);
-                    child.first->addChild(grandchild.first);
-                }
+                osg::Group* child = makePlain(root);
+                for (int g = 0; g < kGrandchildren; ++g)
+                    makePlain(child);
             }
-            layer->addObject(root.first, true);
         }
         return fx;
     }();

@@ -16,6 +16,7 @@
 #include <iModelStage/frame/iNullClass.h>
 #include <iModelStage/frame/iObjectMacros.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iPointerCounts.h>
 #include <iModelStage/frame/iProperty.h>
 #include <iModelStage/frame/iPropertyHandler.h>
 #include <iModelStage/frame/iRoot.h>

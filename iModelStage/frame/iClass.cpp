@@ -55,13 +55,16 @@ iProperty const* iClass::findProperty(char const* name, bool searchParents) cons
 {
     if (!name)
         return nullptr;
-    for (iClass const* cls = this; cls; cls = searchParents ? cls->m_parent : nullptr) {
-        for (iProperty const* property : cls->m_properties) {
-            char const* own = property->getName();
-            if (own == name || std::strcmp(own, name) == 0)
+    // Setters pass interned names, found by their pointer alone; any other
+    // text is compared in a second pass.
+    for (iClass const* cls = this; cls; cls = searchParents ? cls->m_parent : nullptr)
+        for (iProperty const* property : cls->m_properties)
+            if (property->getName() == name)
                 return property;
-        }
-    }
+    for (iClass const* cls = this; cls; cls = searchParents ? cls->m_parent : nullptr)
+        for (iProperty const* property : cls->m_properties)
+            if (std::strcmp(property->getName(), name) == 0)
+                return property;
     return nullptr;
 }
 

@@ -20,6 +20,14 @@ std::uint32_t decode32(unsigned char const* b)
     return std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 | std::uint32_t(b[3]) << 24;
 }
 
+double decodeDouble(unsigned char const* bytes)
+{
+    std::uint64_t bits = std::uint64_t(decode32(bytes)) | std::uint64_t(decode32(bytes + 4)) << 32;
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
 } // namespace
 
 iInStream::iInStream(std::streambuf* buffer) : std::istream(buffer) {}
@@ -79,10 +87,19 @@ double iInStream::readDouble()
 {
     unsigned char bytes[8];
     readRaw(reinterpret_cast<char*>(bytes), 8);
-    std::uint64_t bits = std::uint64_t(decode32(bytes)) | std::uint64_t(decode32(bytes + 4)) << 32;
-    double value;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
+    return decodeDouble(bytes);
+}
+
+void iInStream::readDoubles(double* values, int count)
+{
+    unsigned char bytes[8 * 16];
+    for (int done = 0; done < count;) {
+        int const step = std::min(count - done, 16);
+        readRaw(reinterpret_cast<char*>(bytes), 8 * step);
+        for (int i = 0; i < step; ++i)
+            values[done + i] = decodeDouble(bytes + 8 * i);
+        done += step;
+    }
 }
 
 std::streamoff iInStream::bytesLeft()

@@ -24,6 +24,8 @@ public:
     long readLong();
     double readDouble();
     std::string readString();
+    // count doubles in one block.
+    void readDoubles(double* values, int count);
 
     // An int count of elements that take at least bytesPerElement each;
     // negative counts and counts the stream cannot hold fail.

@@ -128,7 +128,11 @@ public:                                                                         
     sigslot::signal2<iRoot*, Type> sig##name##Changing;                                                               \
     sigslot::signal2<iRoot*, Type> sig##name##Changed;                                                                \
     Type get_##name() const { return _##name; }                                                                       \
-    void set_##name(Type value) { applyProperty(#name, _##name, value, sig##name##Changing, sig##name##Changed); }   \
+    void set_##name(Type value)                                                                                       \
+    {                                                                                                                 \
+        static char const* const key = iProperty::internName(#name);                                                  \
+        applyProperty(key, _##name, value, sig##name##Changing, sig##name##Changed);                                  \
+    }                                                                                                                 \
     void set_##name(iRoot*, Type value) { set_##name(value); }                                                        \
                                                                                                                       \
 protected:                                                                                                            \

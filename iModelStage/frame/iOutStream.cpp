@@ -2,6 +2,7 @@
 
 #include <iModelStage/frame/iStreamError.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -14,6 +15,14 @@ void encode32(std::uint32_t value, char* out)
     out[1] = static_cast<char>((value >> 8) & 0xff);
     out[2] = static_cast<char>((value >> 16) & 0xff);
     out[3] = static_cast<char>((value >> 24) & 0xff);
+}
+
+void encodeDouble(double value, char* out)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    encode32(static_cast<std::uint32_t>(bits), out);
+    encode32(static_cast<std::uint32_t>(bits >> 32), out + 4);
 }
 
 } // namespace
@@ -71,12 +80,21 @@ void iOutStream::writeLong(long const& value)
 
 void iOutStream::writeDouble(double const& value)
 {
-    std::uint64_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
     char bytes[8];
-    encode32(static_cast<std::uint32_t>(bits), bytes);
-    encode32(static_cast<std::uint32_t>(bits >> 32), bytes + 4);
+    encodeDouble(value, bytes);
     writeRaw(bytes, 8);
+}
+
+void iOutStream::writeDoubles(double const* values, int count)
+{
+    char bytes[8 * 16];
+    for (int done = 0; done < count;) {
+        int const step = std::min(count - done, 16);
+        for (int i = 0; i < step; ++i)
+            encodeDouble(values[done + i], bytes + 8 * i);
+        writeRaw(bytes, 8 * step);
+        done += step;
+    }
 }
 
 void iOutStream::writeString(std::string const& value)

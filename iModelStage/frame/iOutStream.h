@@ -18,6 +18,8 @@ public:
     void writeLong(long const& value);
     void writeDouble(double const& value);
     void writeString(std::string const& value);
+    // count doubles in one block.
+    void writeDoubles(double const* values, int count);
     void writeRaw(char const* data, std::streamsize size);
 
     // Leaves the stream failed and throws iStreamError with the reason.

@@ -3,6 +3,8 @@
 #include <iModelStage/frame/iClass.h>
 
 #include <mutex>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace {
@@ -13,6 +15,7 @@ namespace {
 struct PropertyRecords {
     std::mutex mutex;
     std::vector<iProperty*> all;
+    std::unordered_set<std::string> names;
 };
 
 PropertyRecords& propertyRecords()
@@ -23,6 +26,15 @@ PropertyRecords& propertyRecords()
 
 } // namespace
 
+char const* iProperty::internName(char const* name)
+{
+    if (!name)
+        return nullptr;
+    PropertyRecords& records = propertyRecords();
+    std::lock_guard<std::mutex> lock(records.mutex);
+    return records.names.insert(name).first->c_str();
+}
+
 iProperty::iProperty(iClass const* owner, char const* name, char const* typeName, char const* group,
                      std::type_info const& type, __property_base__* handler)
     : MemberBase(owner, name), m_typeName(typeName), m_group(group), m_type(type), m_handler(handler)
@@ -32,7 +44,7 @@ iProperty::iProperty(iClass const* owner, char const* name, char const* typeName
 __register_property__::__register_property__(__property_base__* handler, iClass const* owner, char const* typeName,
                                              char const* name, char const* group, std::type_info const& type)
 {
-    iProperty* property = new iProperty(owner, name, typeName, group, type, handler);
+    iProperty* property = new iProperty(owner, iProperty::internName(name), typeName, group, type, handler);
     {
         PropertyRecords& records = propertyRecords();
         std::lock_guard<std::mutex> lock(records.mutex);

@@ -20,6 +20,10 @@ public:
     iProperty(iClass const* owner, char const* name, char const* typeName, char const* group,
               std::type_info const& type, __property_base__* handler);
 
+    // The one pointer for a property name text, so that property look-ups
+    // can compare pointers; it stays valid for the life of the process.
+    static char const* internName(char const* name);
+
     char const* getTypeName() const { return m_typeName; }
     char const* getGroup() const { return m_group; }
     std::type_info const& getType() const { return m_type; }

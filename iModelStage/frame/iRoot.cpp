@@ -1,8 +1,10 @@
 #include <iModelStage/frame/iRoot.h>
 
+#include <iModelStage/frame/iPointerCounts.h>
+
 #include <map>
 #include <mutex>
-#include <unordered_map>
+#include <cstdint>
 #include <utility>
 
 namespace {
@@ -10,14 +12,15 @@ namespace {
 constexpr long kMaxUniqueId = 0x7fffffffL;
 
 // Ids held by live objects, with the number of holders (a copy shares the id
-// of its source until it is re-keyed).
+// of its source until it is re-keyed). Only ids the generator could hand
+// out need tracking: others can never collide with a generated one.
 class IdRegistry {
 public:
     long takeFresh()
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         long id = freshLocked();
-        ++m_live[id];
+        m_live.add(key(id));
         return id;
     }
 
@@ -27,34 +30,36 @@ public:
         return freshLocked();
     }
 
-    void hold(long id)
+    void replace(long oldId, long newId)
     {
         std::lock_guard<std::mutex> lock(m_mutex);
-        ++m_live[id];
+        if (tracked(newId))
+            m_live.add(key(newId));
+        if (tracked(oldId))
+            m_live.remove(key(oldId));
     }
 
-    void release(long id)
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        auto it = m_live.find(id);
-        if (it != m_live.end() && --it->second == 0)
-            m_live.erase(it);
-    }
+    void hold(long id) { replace(0, id); }
+    void release(long id) { replace(id, 0); }
 
 private:
+    static bool tracked(long id) { return id >= 1 && id <= kMaxUniqueId; }
+    // Keys start at 2: the table keeps 0 and 1 for itself.
+    static void const* key(long id) { return reinterpret_cast<void const*>(static_cast<std::uintptr_t>(id) + 1); }
+
     long freshLocked()
     {
         for (long tries = 0; tries < kMaxUniqueId; ++tries) {
             long candidate = m_next;
             m_next = m_next >= kMaxUniqueId ? 1 : m_next + 1;
-            if (m_live.find(candidate) == m_live.end())
+            if (m_live.count(key(candidate)) == 0)
                 return candidate;
         }
         return 0;
     }
 
     std::mutex m_mutex;
-    std::unordered_map<long, int> m_live;
+    iPointerCounts m_live;
     long m_next = 1;
 };
 
@@ -122,8 +127,7 @@ void iRoot::setUniqueId(long id)
 {
     if (id == _uniqueId)
         return;
-    ids().hold(id);
-    ids().release(_uniqueId);
+    ids().replace(_uniqueId, id);
     _uniqueId = id;
 }
 

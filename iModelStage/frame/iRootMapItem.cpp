@@ -5,6 +5,8 @@
 #include <iModelStage/frame/iStreamError.h>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 #include <map>
 #include <mutex>
 #include <string>
@@ -25,11 +27,11 @@ constexpr int kMaxDepth = 256;
 struct ClassTable {
     std::recursive_mutex mutex;
     std::map<std::string, Row const*> rows;
-    unsigned generation = 0;
+    std::atomic<unsigned> generation{0};
 
     struct CachedChain {
         unsigned generation = ~0u;
-        Chain rows;
+        std::shared_ptr<Chain const> rows;
     };
     std::unordered_map<iClass const*, CachedChain> chains;
 
@@ -42,18 +44,33 @@ struct ClassTable {
     }
 
     // The registered levels of a class, top-most first.
-    Chain const& chainOf(iClass const& cls)
+    std::shared_ptr<Chain const> chainOf(iClass const& cls)
     {
+        // Documents hold long runs of objects of one class: the last answer
+        // of this thread is checked first, without taking the lock.
+        struct Last {
+            iClass const* cls = nullptr;
+            unsigned generation = ~0u;
+            std::shared_ptr<Chain const> rows;
+        };
+        static thread_local Last last;
+        unsigned const now = generation.load(std::memory_order_acquire);
+        if (last.cls == &cls && last.generation == now)
+            return last.rows;
+
+        std::lock_guard<std::recursive_mutex> lock(mutex);
         CachedChain& cached = chains[&cls];
-        if (cached.generation == generation)
-            return cached.rows;
-        cached.rows.clear();
-        int depth = 0;
-        for (iClass const* record = &cls; record && depth < kMaxDepth; record = record->getParent(), ++depth)
-            if (Row const* row = find(record->getName()))
-                cached.rows.push_back(row);
-        std::reverse(cached.rows.begin(), cached.rows.end());
-        cached.generation = generation;
+        if (cached.generation != generation.load(std::memory_order_relaxed) || !cached.rows) {
+            auto built = std::make_shared<Chain>();
+            int depth = 0;
+            for (iClass const* record = &cls; record && depth < kMaxDepth; record = record->getParent(), ++depth)
+                if (Row const* row = find(record->getName()))
+                    built->push_back(row);
+            std::reverse(built->begin(), built->end());
+            cached.rows = std::move(built);
+            cached.generation = generation.load(std::memory_order_relaxed);
+        }
+        last = Last{&cls, cached.generation, cached.rows};
         return cached.rows;
     }
 };
@@ -205,12 +222,8 @@ void iRoot::writeObject(iRoot* object, iOutStream& stream)
 {
     if (!object)
         throw iStreamError("no object to write");
-    Chain chain;
-    {
-        ClassTable& t = table();
-        std::lock_guard<std::recursive_mutex> lock(t.mutex);
-        chain = t.chainOf(object->getClass());
-    }
+    std::shared_ptr<Chain const> const levels = table().chainOf(object->getClass());
+    Chain const& chain = *levels;
     stream.writeString(object->getClassName());
     stream.writeInt(static_cast<int>(chain.size()));
     for (Row const* row : chain)
@@ -240,21 +253,27 @@ void iRoot::readObject(iRoot* object, iInStream& stream)
 {
     if (!object)
         throw iStreamError("no object to read into");
-    std::string className;
-    std::vector<int> versions;
-    readObjectHeader(stream, className, versions);
-    Chain chain;
-    {
-        ClassTable& t = table();
-        std::lock_guard<std::recursive_mutex> lock(t.mutex);
-        chain = t.chainOf(object->getClass());
+    std::shared_ptr<Chain const> const levels = table().chainOf(object->getClass());
+    Chain const& chain = *levels;
+    std::string const className = stream.readString();
+    int const count = stream.readCount(4);
+    // Every version is read before the counts are compared, so that a
+    // failing object leaves the stream behind its header.
+    int shortVersions[16];
+    std::vector<int> longVersions;
+    int* versions = shortVersions;
+    if (count > 16) {
+        longVersions.resize(static_cast<std::size_t>(count));
+        versions = longVersions.data();
     }
-    if (versions.size() != chain.size())
+    for (int i = 0; i < count; ++i)
+        versions[i] = stream.readInt();
+    if (static_cast<std::size_t>(count) != chain.size())
         throw iStreamError("object header of " + className + " does not match the class " + object->getClassName());
-    long id = stream.readLong();
+    long const id = stream.readLong();
     std::string name = stream.readString();
     object->setUniqueId(id);
-    object->set_name(name);
+    object->set_name(std::move(name));
     for (std::size_t level = 0; level < chain.size(); ++level)
         chain[level]->read(object, stream, versions[level]);
 }

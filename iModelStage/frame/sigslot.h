@@ -14,8 +14,11 @@
 // when the outermost emission ends; links made during an emission first fire
 // on the next one.
 
+#include <iModelStage/frame/iPointerCounts.h>
+
 #include <atomic>
-#include <map>
+#include <cstddef>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -107,46 +110,44 @@ public:
 
     virtual ~has_slots() { disconnect_all(); }
 
-    // One entry per connection: a receiver connected twice to a signal is
+    // One count per connection: a receiver connected twice to a signal is
     // counted twice, so that one disconnect leaves the other link known.
     void signal_connect(sender_type* sender)
     {
         lock_block<mt_policy> lock(this);
-        ++m_senders[sender];
+        m_senders.add(sender);
     }
 
     void signal_disconnect(sender_type* sender)
     {
         lock_block<mt_policy> lock(this);
-        auto it = m_senders.find(sender);
-        if (it == m_senders.end())
-            return;
-        if (--it->second == 0)
-            m_senders.erase(it);
+        m_senders.remove(sender);
     }
 
     void disconnect_all()
     {
         lock_block<mt_policy> lock(this);
-        std::map<sender_type*, int> senders;
+        iPointerCounts senders;
         senders.swap(m_senders);
-        for (auto& entry : senders)
-            entry.first->slot_disconnect(this);
+        senders.forEach([this](void const* sender, int) {
+            static_cast<sender_type*>(const_cast<void*>(sender))->slot_disconnect(this);
+        });
     }
 
 private:
     void duplicateFrom(has_slots const& other)
     {
-        std::map<sender_type*, int> senders;
+        iPointerCounts senders;
         {
             lock_block<mt_policy> lock(const_cast<has_slots*>(&other));
             senders = other.m_senders;
         }
-        for (auto& entry : senders)
-            entry.first->slot_duplicate(&other, this);
+        senders.forEach([this, &other](void const* sender, int) {
+            static_cast<sender_type*>(const_cast<void*>(sender))->slot_duplicate(&other, this);
+        });
     }
 
-    std::map<sender_type*, int> m_senders;
+    iPointerCounts m_senders;
 };
 
 // The connection list and emission walk shared by signal0 to signal4.
@@ -158,7 +159,8 @@ class _signal_impl : public _signal_base<mt_policy> {
     struct connection {
         virtual ~connection() = default;
         virtual void call(Args... args) const = 0;
-        virtual connection* duplicate(receiver_type* target) const = 0;
+        // A copy aimed at target, built in place when place is not null.
+        virtual connection* duplicate(receiver_type* target, void* place) const = 0;
         receiver_type* target = nullptr;
         connection* next = nullptr;
         bool alive = true;
@@ -172,9 +174,16 @@ class _signal_impl : public _signal_base<mt_policy> {
         typedef void (Receiver::*member_type)(Args...);
         member_connection(receiver_type* target, member_type member) : member(member) { this->target = target; }
         void call(Args... args) const override { (static_cast<Receiver*>(this->target)->*member)(args...); }
-        connection* duplicate(receiver_type* target) const override { return new member_connection(target, member); }
+        connection* duplicate(receiver_type* target, void* place) const override
+        {
+            return place ? new (place) member_connection(target, member) : new member_connection(target, member);
+        }
         member_type member;
     };
+
+    // Room for one connection inside the signal: most signals have one at
+    // most, and an object's own connections then need no allocation.
+    static constexpr std::size_t inline_size = 48;
 
 public:
     _signal_impl() = default;
@@ -199,7 +208,11 @@ public:
     {
         Receiver* receiver = target;
         lock_block<mt_policy> lock(this);
-        append(new member_connection<Receiver>(receiver, member));
+        typedef member_connection<Receiver> link;
+        static_assert(sizeof(link) <= inline_size && alignof(link) <= alignof(void*),
+                      "a connection must fit the signal's own room");
+        void* place = inlinePlace();
+        append(place ? new (place) link(receiver, member) : new link(receiver, member));
         static_cast<receiver_type*>(receiver)->signal_connect(this);
     }
 
@@ -291,7 +304,7 @@ public:
         std::vector<connection*> copies;
         for (connection* c = m_head; c; c = c->next)
             if (c->alive && c->target == oldTarget)
-                copies.push_back(c->duplicate(newTarget));
+                copies.push_back(c->duplicate(newTarget, nullptr));
         for (connection* c : copies) {
             append(c);
             newTarget->signal_connect(this);
@@ -328,7 +341,20 @@ private:
             m_head = c->next;
         if (m_tail == c)
             m_tail = previous;
-        delete c;
+        if (static_cast<void*>(c) == static_cast<void*>(m_inline)) {
+            c->~connection();
+            m_inlineUsed = false;
+        } else {
+            delete c;
+        }
+    }
+
+    void* inlinePlace()
+    {
+        if (m_inlineUsed)
+            return nullptr;
+        m_inlineUsed = true;
+        return m_inline;
     }
 
     // While the list is being walked a link is only marked dead; returns
@@ -362,15 +388,17 @@ private:
         for (connection* c = other.m_head; c; c = c->next) {
             if (!c->alive)
                 continue;
-            append(c->duplicate(c->target));
+            append(c->duplicate(c->target, inlinePlace()));
             c->target->signal_connect(this);
         }
     }
 
+    alignas(void*) unsigned char m_inline[inline_size];
     connection* m_head = nullptr;
     connection* m_tail = nullptr;
     int m_emitting = 0;
     bool m_blocked = false;
+    bool m_inlineUsed = false;
 };
 
 template <class mt_policy = multi_threaded_local>

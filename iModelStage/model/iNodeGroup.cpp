@@ -7,6 +7,8 @@
 
 #include <osg/UserDataContainer>
 
+#include <typeinfo>
+
 #include <vector>
 
 I_REGISTER_PERSISTENT_CLASS(iNodeGroup)
@@ -15,7 +17,14 @@ namespace {
 
 iObjectData* findData(osg::Node* node)
 {
-    return dynamic_cast<iObjectData*>(node->getUserData());
+    osg::Referenced* data = node->getUserData();
+    if (!data)
+        return nullptr;
+    // The block is almost always exactly an iObjectData, and every flag
+    // read comes here: compare the type before a full dynamic cast.
+    if (typeid(*data) == typeid(iObjectData))
+        return static_cast<iObjectData*>(data);
+    return dynamic_cast<iObjectData*>(data);
 }
 
 } // namespace
@@ -91,12 +100,17 @@ void iNodeGroup::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
 
 void iNodeGroup::setNodeFlags(osg::Node* node, std::bitset<32> flags)
 {
+    storeFlags(node, dynamic_cast<iNodeGroup*>(node), flags);
+}
+
+void iNodeGroup::storeFlags(osg::Node* node, iNodeGroup* object, std::bitset<32> flags)
+{
     iObjectData* data = initUserData(node);
     if (!data)
         return;
     std::bitset<32> old = data->flags;
     data->flags = flags;
-    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
+    if (object)
         object->sigFlagsChanged(object, old, flags);
 }
 
@@ -160,7 +174,7 @@ iNodeGroup* iNodeGroup::findObjectByUniqueIdImpl(osg::Node* start, long id, osg:
 
 void iNodeGroup::read(iInStream& stream, int)
 {
-    setNodeFlags(this, std::bitset<32>(static_cast<unsigned int>(stream.readInt())));
+    storeFlags(this, this, std::bitset<32>(static_cast<unsigned int>(stream.readInt())));
     setNodeLayerId(this, stream.readString());
 }
 

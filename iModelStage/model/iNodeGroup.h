@@ -80,6 +80,8 @@ protected:
     void slotdeletableChanged(iRoot* source, bool value);
 
 private:
+    // setNodeFlags with the node's object side, when the caller knows it.
+    static void storeFlags(osg::Node* node, iNodeGroup* object, std::bitset<32> flags);
     void slotNameChanged(iRoot* source, std::string name);
 
     bool _asyncUpdate = true;

@@ -9,6 +9,7 @@
 #include <iModelStage/model/iParentLinks.h>
 #include <iModelStage/reporting/iProgressHandler.h>
 
+#include <algorithm>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -37,17 +38,27 @@ private:
 };
 
 // Only classes of document objects may be created from a file: any other
-// class would run constructors that have nothing to do in a layer.
-iNodeGroup* createObject(std::string const& className)
-{
-    if (!iRoot::isClassOf(className.c_str(), "iNodeGroup"))
-        return nullptr;
-    iRoot* created = iRoot::newClass(className.c_str());
-    iNodeGroup* object = dynamic_cast<iNodeGroup*>(created);
-    if (!object)
-        delete created;
-    return object;
-}
+// class would run constructors that have nothing to do in a layer. Whether
+// a class name qualifies is remembered for the length of one read.
+class ObjectFactory {
+public:
+    iNodeGroup* create(std::string const& className)
+    {
+        auto it = m_objectClasses.find(className);
+        if (it == m_objectClasses.end())
+            it = m_objectClasses.emplace(className, iRoot::isClassOf(className.c_str(), "iNodeGroup")).first;
+        if (!it->second)
+            return nullptr;
+        iRoot* created = iRoot::newClass(className.c_str());
+        iNodeGroup* object = dynamic_cast<iNodeGroup*>(created);
+        if (!object)
+            delete created;
+        return object;
+    }
+
+private:
+    std::unordered_map<std::string, bool> m_objectClasses;
+};
 
 void readParents(iInStream& stream, std::vector<long>& parents)
 {
@@ -94,11 +105,6 @@ private:
     Entry& entry() { return *pool()[m_level]; }
 
     std::size_t m_level;
-};
-
-struct ReadRecord {
-    osg::ref_ptr<iNodeGroup> object;
-    std::vector<long> parents;
 };
 
 } // namespace
@@ -216,7 +222,7 @@ iNodeGroup* iNodeLayer::iReadNodeGroup(char const* className, iInStream& stream,
     size = stream.readInt();
     if (size == 0)
         return nullptr;
-    osg::ref_ptr<iNodeGroup> object = createObject(className ? className : "");
+    osg::ref_ptr<iNodeGroup> object = ObjectFactory().create(className ? className : "");
     if (!object)
         return nullptr;
     iRoot::readObject(object.get(), stream);
@@ -235,9 +241,12 @@ void iNodeLayer::read(iInStream& stream, int version)
     progress.begin();
 
     // Nothing is announced while records are read: objects are only
-    // collected, and attached and announced once all are in.
-    std::vector<ReadRecord> records;
-    std::unordered_map<long, std::size_t> byId;
+    // collected, and attached and announced once all are in. The parent ids
+    // of record i are parentIds[first[i]] up to parentIds[first[i + 1]].
+    ObjectFactory factory;
+    std::vector<osg::ref_ptr<iNodeGroup>> objects;
+    std::vector<long> parentIds;
+    std::vector<std::size_t> first{0};
     for (int i = 0; i < count; ++i) {
         std::string name = stream.readString();
         if (version < 3) {
@@ -248,48 +257,50 @@ void iNodeLayer::read(iInStream& stream, int version)
             iRoot::readObjectHeader(stream, name);
             stream.seekg(position);
         }
-        ReadRecord record;
         int const size = stream.readInt();
-        if (size != 0)
-            record.object = createObject(name);
-        if (record.object) {
-            iRoot::readObject(record.object.get(), stream);
-            readParents(stream, record.parents);
+        osg::ref_ptr<iNodeGroup> object = size != 0 ? factory.create(name) : nullptr;
+        if (object) {
+            iRoot::readObject(object.get(), stream);
+            readParents(stream, parentIds);
         } else {
             // A ghost keeps the record's true parents in its bytes and lands
             // at the top of the layer.
             osg::ref_ptr<iGhostNode> ghost = new iGhostNode;
             ghost->setOriginalClassName(name);
             ghost->readData(stream, size);
-            record.object = ghost;
+            object = ghost;
         }
-        byId[record.object->getUniqueId()] = records.size();
-        records.push_back(std::move(record));
+        objects.push_back(object);
+        first.push_back(parentIds.size());
         progress.setValue(i + 1);
     }
 
-    std::vector<std::vector<int>> parentIndices(records.size());
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        for (long id : records[i].parents) {
-            auto it = byId.find(id);
-            parentIndices[i].push_back(it == byId.end() ? -1 : static_cast<int>(it->second));
-        }
+    // Ids to records; of two records with one id, the later one answers.
+    std::vector<std::pair<long, std::size_t>> byId(objects.size());
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        byId[i] = {objects[i]->getUniqueId(), i};
+    std::sort(byId.begin(), byId.end());
+    std::vector<int> parentIndices(parentIds.size(), -1);
+    for (std::size_t k = 0; k < parentIds.size(); ++k) {
+        auto it = std::upper_bound(byId.begin(), byId.end(), std::make_pair(parentIds[k], objects.size()));
+        if (it != byId.begin() && std::prev(it)->first == parentIds[k])
+            parentIndices[k] = static_cast<int>(std::prev(it)->second);
     }
-    iParentLinks const links(parentIndices);
+    iParentLinks const links(first, parentIndices);
 
     std::vector<std::pair<iNodeGroup*, iNodeGroup*>> pairs;
     std::vector<iNodeGroup*> roots;
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        iNodeGroup* object = records[i].object.get();
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        iNodeGroup* object = objects[i].get();
         bool hasParent = false;
-        for (std::size_t k = 0; k < records[i].parents.size(); ++k) {
-            int const index = parentIndices[i][k];
+        for (std::size_t k = first[i]; k < first[i + 1]; ++k) {
+            int const index = parentIndices[k];
             if (index >= 0) {
-                if (!links.keep(i, k))
+                if (!links.keep(k))
                     continue;
-                records[static_cast<std::size_t>(index)].object->addChild(object);
+                objects[static_cast<std::size_t>(index)]->addChild(object);
                 hasParent = true;
-            } else if (iNodeGroup* parent = findObjectByUniqueId(records[i].parents[k])) {
+            } else if (iNodeGroup* parent = findObjectByUniqueId(parentIds[k])) {
                 pairs.emplace_back(object, parent);
                 hasParent = true;
             }

@@ -17,16 +17,18 @@ class IMODELSTAGE_EXPORT iParentLinks {
 public:
     static constexpr int maxDepth = 256;
 
-    // parents[i] lists, in file order, the index of each parent of object i
-    // among the objects read, or -1 for a parent outside them.
-    explicit iParentLinks(std::vector<std::vector<int>> const& parents);
+    // The links of object i are parents[first[i]] up to parents[first[i + 1]]
+    // in file order: each the index of a parent among the objects read, or
+    // -1 for a parent outside them. first has one entry more than there are
+    // objects.
+    iParentLinks(std::vector<std::size_t> const& first, std::vector<int> const& parents);
 
-    // Whether link k of object i is kept; links to parents outside the
-    // objects read are always kept.
-    bool keep(std::size_t object, std::size_t link) const { return m_keep[object][link]; }
+    // Whether link k (an index into parents) is kept; links to parents
+    // outside the objects read are always kept.
+    bool keep(std::size_t link) const { return m_keep[link]; }
 
 private:
-    std::vector<std::vector<bool>> m_keep;
+    std::vector<bool> m_keep;
 };
 
 #endif

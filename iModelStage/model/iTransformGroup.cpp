@@ -260,19 +260,15 @@ void iTransformGroup::setCoordinateSystem(iCoordinateSystem const& system)
 
 void iTransformGroup::read(iInStream& stream, int)
 {
+    // Row by row, which is the storage order of osg::Matrixd.
     osg::Matrixd m;
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 4; ++column)
-            m(row, column) = stream.readDouble();
+    stream.readDoubles(m.ptr(), 16);
     setMatrix(m);
     set_dof(static_cast<iDegreeOfFreedom>(static_cast<unsigned>(stream.readInt())));
 }
 
 void iTransformGroup::write(iOutStream& stream)
 {
-    osg::Matrixd const& m = getMatrix();
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 4; ++column)
-            stream.writeDouble(m(row, column));
+    stream.writeDoubles(getMatrix().ptr(), 16);
     stream.writeInt(static_cast<int>(static_cast<unsigned>(_dof)));
 }
