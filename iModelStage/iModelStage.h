@@ -37,6 +37,7 @@
 #include <iModelStage/model/iBaseModel.h>
 #include <iModelStage/model/iColor4iModelStage_viewerbgview.h>
 #include <iModelStage/model/iCoordinateSystem.h>
+#include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iGhostLayer.h>
 #include <iModelStage/model/iGhostNode.h>
 #include <iModelStage/model/iLayerManagerHistory.h>
@@ -48,6 +49,7 @@
 #include <iModelStage/model/iNodeGroup.h>
 #include <iModelStage/model/iNodeLayer.h>
 #include <iModelStage/model/iObjectData.h>
+#include <iModelStage/model/iObjectWalk.h>
 #include <iModelStage/model/iParentLinks.h>
 #include <iModelStage/model/iSettingNodeBase.h>
 #include <iModelStage/model/iSettingsManagerBase.h>

@@ -1,15 +1,15 @@
 #include <iModelStage/model/iBaseModel.h>
 
+#include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iModelSearchOptimizer.h>
 #include <iModelStage/model/iNodeGroup.h>
+#include <iModelStage/model/iObjectWalk.h>
 #include <iModelStage/model/iTransformGroup.h>
 
 #include <osg/Geode>
 
 #include <algorithm>
 #include <cstring>
-#include <typeinfo>
-#include <unordered_map>
 #include <unordered_set>
 
 I_REGISTER_CLASS(iBaseModel)
@@ -35,34 +35,6 @@ int nextInstanceName()
     return counter++;
 }
 
-// Whether a node's class descends from iNodeGroup in the class table,
-// remembered per dynamic type for the length of one walk. The type comes
-// from the node's own vtable, so a walk reads no more of each object than
-// it must: on a large document every further cache line is a miss.
-class ObjectClassMemo {
-public:
-    bool isObject(osg::Node* node)
-    {
-        std::type_info const* type = &typeid(*node);
-        auto it = m_known.find(type);
-        if (it != m_known.end())
-            return it->second;
-        iRoot* object = dynamic_cast<iRoot*>(node);
-        bool result = object && iRoot::isClassOf(object->getClassName(), "iNodeGroup");
-        m_known.emplace(type, result);
-        return result;
-    }
-
-private:
-    std::unordered_map<std::type_info const*, bool> m_known;
-};
-
-void pushChildrenReversed(osg::Group* group, std::vector<osg::Node*>& pending)
-{
-    for (unsigned int i = group->getNumChildren(); i > 0; --i)
-        pending.push_back(group->getChild(i - 1));
-}
-
 bool classAccepted(std::set<std::string> const* classes, osg::Node* node)
 {
     return !classes || classes->empty() || classes->count(iBaseModel::getNodeClassName(node)) > 0;
@@ -72,7 +44,9 @@ bool classAccepted(std::set<std::string> const* classes, osg::Node* node)
 
 bool iBaseModel::isRendererContainer(osg::Node const* node)
 {
-    return node && node->getName() == RendererContainerName;
+    // Every walk asks this of every node: the length decides most cases.
+    static std::string const name = RendererContainerName;
+    return node && node->getName() == name;
 }
 
 std::string iBaseModel::getNodeClassName(osg::Node const* node)
@@ -328,20 +302,17 @@ bool iBaseModel::cloneObjects(NodeList const& list, NodeList& out, bool addToMod
 
 void iBaseModel::renameClone(osg::Node* node, bool newIds)
 {
-    std::vector<osg::Node*> pending{node};
-    while (!pending.empty()) {
-        osg::Node* current = pending.back();
-        pending.pop_back();
+    iForEachNode(node, [newIds](osg::Node* current) {
         osg::Group* group = current->asGroup();
         if (!group || isRendererContainer(group))
-            continue;
+            return iVisit::SkipChildren;
         if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(group)) {
             if (newIds)
                 object->setUniqueId(iRoot::generateUniqueId(0));
             object->set_name("Copia di " + object->get_name());
         }
-        pushChildrenReversed(group, pending);
-    }
+        return iVisit::Continue;
+    });
 }
 
 bool iBaseModel::cloneSelectedObjects(NodeList& out, bool addToModel, std::set<std::string>* classes, bool newIds)
@@ -354,23 +325,9 @@ bool iBaseModel::cloneSelectedObjects(NodeList& out, bool addToModel, std::set<s
 
 void iBaseModel::getObjectsList(osg::Node* start, NodeList& out, std::set<std::string>* classes)
 {
-    if (!start || start->asGeode() || !start->asGroup())
-        return;
-    ObjectClassMemo memo;
-    std::vector<osg::Node*> pending;
-    pushChildrenReversed(start->asGroup(), pending);
-    while (!pending.empty()) {
-        osg::Node* node = pending.back();
-        pending.pop_back();
-        if (!node || node->asGeode())
-            continue;
-        bool const container = isRendererContainer(node);
-        if (node != start && !container && memo.isObject(node) && classAccepted(classes, node))
+    for (iObjectWalk walk(start); osg::Node* node = walk.next();)
+        if (classAccepted(classes, node))
             out.push_back(node);
-        if (!container)
-            if (osg::Group* group = node->asGroup())
-                pushChildrenReversed(group, pending);
-    }
 }
 
 void iBaseModel::getRoots(NodeList const& list, NodeList& out, std::set<std::string>* classes)
@@ -388,18 +345,7 @@ void iBaseModel::getRoots(NodeList const& list, NodeList& out, std::set<std::str
 
 bool iBaseModel::containObject(osg::Node* in, osg::Node* what)
 {
-    std::vector<osg::Node*> pending;
-    if (in)
-        pending.push_back(in);
-    while (!pending.empty()) {
-        osg::Node* node = pending.back();
-        pending.pop_back();
-        if (node == what)
-            return true;
-        if (osg::Group* group = node->asGroup())
-            pushChildrenReversed(group, pending);
-    }
-    return false;
+    return !iForEachNode(in, [what](osg::Node* node) { return node == what ? iVisit::Stop : iVisit::Continue; });
 }
 
 bool iBaseModel::isRelative(osg::Node* node)
@@ -449,10 +395,8 @@ osg::Group* iBaseModel::getFirstNearParent(osg::Node* node)
 
 iNodeGroup* iBaseModel::findObjectByName(std::string const& name)
 {
-    NodeList objects;
-    getObjectsList(_root.get(), objects, nullptr);
-    for (osg::ref_ptr<osg::Node> const& node : objects) {
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());
+    for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();) {
+        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
         if (object && object->get_name() == name)
             return object;
     }
@@ -466,10 +410,8 @@ iNodeGroup* iBaseModel::findObjectByUniqueId(long id)
 
 void iBaseModel::resolveObjectsLinks()
 {
-    NodeList objects;
-    getObjectsList(_root.get(), objects, nullptr);
-    for (osg::ref_ptr<osg::Node> const& node : objects)
-        if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get()))
+    for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
+        if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
             object->resolveLinks();
 }
 

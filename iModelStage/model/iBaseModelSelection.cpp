@@ -5,6 +5,7 @@
 #include <iModelStage/model/iBaseModel.h>
 
 #include <iModelStage/model/iNodeGroup.h>
+#include <iModelStage/model/iObjectWalk.h>
 
 #include <QString>
 
@@ -62,11 +63,9 @@ void iBaseModel::clearObjectSelection()
 
 void iBaseModel::selectAll()
 {
-    NodeList objects;
-    getObjectsList(_root.get(), objects, nullptr);
     sigslot::signal_blocker changed(sigObjectsSelectionChanged);
-    for (osg::ref_ptr<osg::Node> const& node : objects)
-        addObjectSelection(node.get());
+    for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
+        addObjectSelection(node);
     changed.release();
     sigObjectsSelectionChanged();
 }
@@ -77,12 +76,10 @@ void iBaseModel::invertObjectSelection()
         return;
     QMap<osg::Node*, void*> const previous = _selectionMap;
     clearObjectSelection();
-    NodeList objects;
-    getObjectsList(_root.get(), objects, nullptr);
     sigslot::signal_blocker changed(sigObjectsSelectionChanged);
-    for (osg::ref_ptr<osg::Node> const& node : objects)
-        if (!previous.contains(node.get()) && node.get() != _currentRoot)
-            addObjectSelection(node.get());
+    for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
+        if (!previous.contains(node) && node != _currentRoot)
+            addObjectSelection(node);
     changed.release();
     sigObjectsSelectionChanged();
 }
@@ -92,17 +89,15 @@ void iBaseModel::selectByName(std::string const& text)
     if (text.empty())
         return;
     QString const wanted = QString::fromStdString(text);
-    NodeList objects;
-    getObjectsList(_root.get(), objects, nullptr);
     bool first = true;
-    for (osg::ref_ptr<osg::Node> const& node : objects) {
+    for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();) {
         std::string const& name = node->getName();
         if (name.empty() || !QString::fromStdString(name).contains(wanted, Qt::CaseSensitive))
             continue;
         if (first)
             clearObjectSelection();
         first = false;
-        addObjectSelection(node.get());
+        addObjectSelection(node);
     }
 }
 

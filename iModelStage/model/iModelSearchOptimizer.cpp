@@ -2,6 +2,7 @@
 
 #include <iModelStage/model/iBaseModel.h>
 #include <iModelStage/model/iNodeGroup.h>
+#include <iModelStage/model/iObjectWalk.h>
 
 I_REGISTER_CLASS(iModelSearchOptimizer)
 
@@ -21,12 +22,9 @@ iNodeGroup* iModelSearchOptimizer::findObjectByUniqueId(long id)
     if (_dirty) {
         _dirty = false;
         _index.clear();
-        NodeList objects;
-        _owner->getObjectsList(_owner->getObjectsRoot(), objects, nullptr);
-        _index.reserve(objects.size());
         iNodeGroup* found = nullptr;
-        for (osg::ref_ptr<osg::Node> const& node : objects) {
-            iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());
+        for (iObjectWalk walk(_owner->getObjectsRoot()); osg::Node* node = walk.next();) {
+            iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
             if (!object)
                 continue;
             _index[object->getUniqueId()] = object;

@@ -2,6 +2,7 @@
 
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iObjectData.h>
 
@@ -116,20 +117,10 @@ void iNodeGroup::storeFlags(osg::Node* node, iNodeGroup* object, std::bitset<32>
 
 void iNodeGroup::setNodeFlagToAllChildren(osg::Node* node, unsigned int bit, bool value)
 {
-    // Depth first, parent before children, in child order; iterative so
-    // that a deep tree cannot exhaust the stack.
-    std::vector<osg::Node*> pending;
-    if (node)
-        pending.push_back(node);
-    while (!pending.empty()) {
-        osg::Node* current = pending.back();
-        pending.pop_back();
+    iForEachNode(node, [&](osg::Node* current) {
         setNodeFlag(current, bit, value);
-        if (osg::Group* group = current->asGroup())
-            for (unsigned int i = group->getNumChildren(); i > 0; --i)
-                if (osg::Node* child = group->getChild(i - 1))
-                    pending.push_back(child);
-    }
+        return iVisit::Continue;
+    });
 }
 
 std::string iNodeGroup::getNodeLayerId(osg::Node* node)
@@ -157,19 +148,15 @@ iNodeGroup* iNodeGroup::findObjectByUniqueIdImpl(osg::Node* start, long id, osg:
 {
     if (!start || start == exclude)
         return nullptr;
-    std::vector<osg::Node*> pending{start};
-    while (!pending.empty()) {
-        osg::Node* current = pending.back();
-        pending.pop_back();
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(current);
-        if (object && object->getUniqueId() == id)
-            return object;
-        if (osg::Group* group = current->asGroup())
-            for (unsigned int i = group->getNumChildren(); i > 0; --i)
-                if (osg::Node* child = group->getChild(i - 1))
-                    pending.push_back(child);
-    }
-    return nullptr;
+    iNodeGroup* found = nullptr;
+    iForEachNode(start, [&](osg::Node* node) {
+        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
+        if (!object || object->getUniqueId() != id)
+            return iVisit::Continue;
+        found = object;
+        return iVisit::Stop;
+    });
+    return found;
 }
 
 void iNodeGroup::read(iInStream& stream, int)
