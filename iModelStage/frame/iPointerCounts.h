@@ -123,10 +123,13 @@ private:
 
     std::size_t slotOf(void const* key) const
     {
-        // Fibonacci hashing: the top bits of the product depend on every
-        // bit of the key, aligned addresses and consecutive numbers alike.
-        std::uint64_t const h = std::uint64_t(reinterpret_cast<std::uintptr_t>(key)) * 0x9E3779B97F4A7C15ull;
-        return static_cast<std::size_t>(h >> m_shift);
+        // Runs of 64 consecutive keys (ids handed out one after another,
+        // pointers into one small block) land in consecutive slots, so that
+        // they share cache lines; the runs themselves are spread by
+        // Fibonacci hashing, whose top bits depend on every bit of the run.
+        std::uint64_t const k = std::uint64_t(reinterpret_cast<std::uintptr_t>(key));
+        std::uint64_t const run = (k >> 6) * 0x9E3779B97F4A7C15ull;
+        return (static_cast<std::size_t>(run >> m_shift) + static_cast<std::size_t>(k & 63)) & (m_capacity - 1);
     }
 
     Entry* find(void const* key)
