@@ -8,9 +8,11 @@
 
 namespace {
 
-// Lengths up to this size are allocated before the read; anything larger is
-// first measured against what the stream still holds.
+// On a stream that cannot tell its size, lengths up to this size are
+// allocated before the read; larger ones grow with the bytes that arrive.
 constexpr std::streamsize kTrustedSize = 4096;
+// Sizes that need no allocation of their own.
+constexpr std::streamoff kInlineSize = 15;
 // Reading from a stream that cannot tell its size grows the target by at
 // most this much beyond what has actually arrived.
 constexpr std::streamsize kChunkSize = 1 << 16;
@@ -139,6 +141,12 @@ void iInStream::readChunked(std::string& into, std::streamsize size)
 
 bool iInStream::checkLarge(std::streamoff size)
 {
+    // A size this small allocates nothing (a short string lives inside its
+    // object); what is already buffered answers most other cases without
+    // moving the stream; only a value that runs past the buffer measures
+    // the rest.
+    if (size <= kInlineSize || (rdbuf() && size <= rdbuf()->in_avail()))
+        return true;
     std::streamoff left = bytesLeft();
     if (left >= 0 && size > left)
         failWith("size larger than the stream");
@@ -153,7 +161,9 @@ std::string iInStream::readString()
     std::string text;
     if (size == 0)
         return text;
-    if (size > kTrustedSize && !checkLarge(size)) {
+    // A stream that cannot tell its size gets a string at most a chunk
+    // longer than the bytes that really came.
+    if (!checkLarge(size) && size > kTrustedSize) {
         readChunked(text, size);
         return text;
     }
@@ -167,9 +177,7 @@ int iInStream::readCount(int bytesPerElement)
     int count = readInt();
     if (count < 0)
         failWith("negative count");
-    std::streamoff needed = static_cast<std::streamoff>(count) * std::max(bytesPerElement, 0);
-    if (needed > kTrustedSize)
-        checkLarge(needed);
+    checkLarge(static_cast<std::streamoff>(count) * std::max(bytesPerElement, 0));
     return count;
 }
 
@@ -179,7 +187,7 @@ std::vector<char> iInStream::readBlock(int size)
         failWith("negative block size");
     if (size == 0)
         return {};
-    if (size > kTrustedSize && !checkLarge(size)) {
+    if (!checkLarge(size) && size > kTrustedSize) {
         std::string grown;
         readChunked(grown, size);
         return std::vector<char>(grown.begin(), grown.end());
