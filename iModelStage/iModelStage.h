@@ -17,6 +17,7 @@
 #include <iModelStage/frame/iObjectMacros.h>
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/frame/iPointerCounts.h>
+#include <iModelStage/frame/iPointerTable.h>
 #include <iModelStage/frame/iProperty.h>
 #include <iModelStage/frame/iPropertyHandler.h>
 #include <iModelStage/frame/iRoot.h>

@@ -1,211 +1,49 @@
 #ifndef IMODELSTAGE_FRAME_IPOINTERCOUNTS_H
 #define IMODELSTAGE_FRAME_IPOINTERCOUNTS_H
 
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <utility>
+#include <iModelStage/frame/iPointerTable.h>
 
 // A count per pointer, without an allocation per entry. A handful of
-// entries (what most receivers and walks hold) live in place and are found
-// by a scan; more move to an open-addressed table. Signal receivers keep
-// their senders here, one count per connection, and a model holds two per
-// object, so both the small and the very large case matter.
+// entries (what most receivers hold) live in place; more move to an
+// open-addressed table. Signal receivers keep their senders here, one count
+// per connection, and a model holds two per object, so both the small and
+// the very large case matter.
 class iPointerCounts {
 public:
-    iPointerCounts() = default;
-    iPointerCounts(iPointerCounts const& other) { *this = other; }
-    iPointerCounts& operator=(iPointerCounts const& other)
-    {
-        if (this == &other)
-            return *this;
-        clear();
-        other.forEach([this](void const* key, int count) {
-            for (int i = 0; i < count; ++i)
-                add(key);
-        });
-        return *this;
-    }
-
-    iPointerCounts(iPointerCounts&& other) noexcept { swap(other); }
-    iPointerCounts& operator=(iPointerCounts&& other) noexcept
-    {
-        if (this != &other) {
-            clear();
-            swap(other);
-        }
-        return *this;
-    }
-
-    void swap(iPointerCounts& other) noexcept
-    {
-        std::swap(m_inline, other.m_inline);
-        std::swap(m_inlineSize, other.m_inlineSize);
-        std::swap(m_table, other.m_table);
-        std::swap(m_capacity, other.m_capacity);
-        std::swap(m_used, other.m_used);
-        std::swap(m_size, other.m_size);
-        std::swap(m_shift, other.m_shift);
-    }
-
-    std::size_t size() const { return m_table ? m_size : m_inlineSize; }
-    bool empty() const { return size() == 0; }
+    std::size_t size() const { return m_table.size(); }
+    bool empty() const { return m_table.empty(); }
 
     int count(void const* key) const
     {
-        Entry const* entry = find(key);
-        return entry ? entry->count : 0;
+        int const* value = m_table.find(key);
+        return value ? *value : 0;
     }
 
     // One more for key.
-    void add(void const* key)
-    {
-        if (Entry* entry = find(key)) {
-            ++entry->count;
-            return;
-        }
-        if (!m_table && m_inlineSize < kInline) {
-            m_inline[m_inlineSize++] = Entry{key, 1};
-            return;
-        }
-        if (!m_table)
-            spill();
-        insertNew(key, 1);
-    }
+    void add(void const* key) { ++*m_table.insert(key, 0).first; }
 
     // One fewer for key; the entry goes at zero. False when key is absent.
     bool remove(void const* key)
     {
-        Entry* entry = find(key);
-        if (!entry)
+        int* value = m_table.find(key);
+        if (!value)
             return false;
-        if (--entry->count > 0)
-            return true;
-        if (m_table) {
-            entry->key = tombstone();
-            --m_size;
-        } else {
-            *entry = m_inline[--m_inlineSize];
-        }
+        if (--*value == 0)
+            m_table.erase(key);
         return true;
     }
 
-    void clear()
-    {
-        m_table.reset();
-        m_capacity = m_used = m_size = 0;
-        m_inlineSize = 0;
-    }
+    void clear() { m_table.clear(); }
+    void swap(iPointerCounts& other) noexcept { m_table.swap(other.m_table); }
 
     template <class Visit>
     void forEach(Visit visit) const
     {
-        if (!m_table) {
-            for (std::size_t i = 0; i < m_inlineSize; ++i)
-                visit(m_inline[i].key, m_inline[i].count);
-            return;
-        }
-        for (std::size_t i = 0; i < m_capacity; ++i)
-            if (isKey(m_table[i].key))
-                visit(m_table[i].key, m_table[i].count);
+        m_table.forEach(visit);
     }
 
 private:
-    struct Entry {
-        void const* key;
-        int count;
-    };
-
-    static constexpr std::size_t kInline = 4;
-
-    static void const* tombstone() { return reinterpret_cast<void const*>(std::uintptr_t(1)); }
-    static bool isKey(void const* key) { return key && key != tombstone(); }
-
-    std::size_t slotOf(void const* key) const
-    {
-        // Runs of 64 consecutive keys (ids handed out one after another,
-        // pointers into one small block) land in consecutive slots, so that
-        // they share cache lines; the runs themselves are spread by
-        // Fibonacci hashing, whose top bits depend on every bit of the run.
-        std::uint64_t const k = std::uint64_t(reinterpret_cast<std::uintptr_t>(key));
-        std::uint64_t const run = (k >> 6) * 0x9E3779B97F4A7C15ull;
-        return (static_cast<std::size_t>(run >> m_shift) + static_cast<std::size_t>(k & 63)) & (m_capacity - 1);
-    }
-
-    Entry* find(void const* key)
-    {
-        return const_cast<Entry*>(static_cast<iPointerCounts const*>(this)->find(key));
-    }
-
-    Entry const* find(void const* key) const
-    {
-        if (!m_table) {
-            for (std::size_t i = 0; i < m_inlineSize; ++i)
-                if (m_inline[i].key == key)
-                    return &m_inline[i];
-            return nullptr;
-        }
-        for (std::size_t i = slotOf(key);; i = (i + 1) & (m_capacity - 1)) {
-            Entry const& entry = m_table[i];
-            if (entry.key == key)
-                return &entry;
-            if (!entry.key)
-                return nullptr;
-        }
-    }
-
-    void spill()
-    {
-        rebuild(16);
-        for (std::size_t i = 0; i < m_inlineSize; ++i)
-            insertNew(m_inline[i].key, m_inline[i].count);
-        m_inlineSize = 0;
-    }
-
-    void insertNew(void const* key, int count)
-    {
-        // Keep at least a quarter of the slots truly empty, so that every
-        // probe ends; tombstones count as used until the next rebuild.
-        if ((m_used + 1) * 4 > m_capacity * 3)
-            rebuild(m_size * 2 + 16 > m_capacity ? m_capacity * 2 : m_capacity);
-        for (std::size_t i = slotOf(key);; i = (i + 1) & (m_capacity - 1)) {
-            Entry& entry = m_table[i];
-            if (entry.key == tombstone()) {
-                entry = Entry{key, count};
-                ++m_size;
-                return;
-            }
-            if (!entry.key) {
-                entry = Entry{key, count};
-                ++m_size;
-                ++m_used;
-                return;
-            }
-        }
-    }
-
-    void rebuild(std::size_t capacity)
-    {
-        std::unique_ptr<Entry[]> old = std::move(m_table);
-        std::size_t const oldCapacity = m_capacity;
-        m_table.reset(new Entry[capacity]());
-        m_capacity = capacity;
-        m_shift = 64;
-        for (std::size_t c = capacity; c > 1; c >>= 1)
-            --m_shift;
-        m_used = m_size = 0;
-        for (std::size_t i = 0; i < oldCapacity; ++i)
-            if (isKey(old[i].key))
-                insertNew(old[i].key, old[i].count);
-    }
-
-    Entry m_inline[kInline] = {};
-    std::size_t m_inlineSize = 0;
-    std::unique_ptr<Entry[]> m_table;
-    std::size_t m_capacity = 0;
-    std::size_t m_used = 0;
-    std::size_t m_size = 0;
-    unsigned m_shift = 64;
+    iPointerTable<int, 4> m_table;
 };
 
 #endif

@@ -2,10 +2,10 @@
 #define IMODELSTAGE_MODEL_IBASEMODEL_H
 
 #include <iModelStage/frame/iObjectMacros.h>
+#include <iModelStage/frame/iPointerTable.h>
 #include <iModelStage/model/NodeList.h>
 
 #include <QList>
-#include <QMap>
 
 #include <osg/Group>
 #include <osg/Object>
@@ -145,7 +145,7 @@ public:
     void setFlagOnSelected(unsigned int bit, bool value);
 
     bool isObjectSelected(osg::Node* node) const { return _selectionMap.contains(node); }
-    int getSelectionCount() const { return _selectionMap.size(); }
+    int getSelectionCount() const { return static_cast<int>(_selectionMap.size()); }
     // Appends the selected nodes in order of selection.
     void getSelectionList(NodeList& out, std::set<std::string>* classes);
     // The selected nodes whose first parent is not selected.
@@ -198,7 +198,10 @@ private:
     bool _locked = false;
     osg::ref_ptr<osg::Group> _root;
     osg::Group* _currentRoot = nullptr;
-    QMap<osg::Node*, void*> _selectionMap;
+    // The authority on what is selected, with each node's data. Flat, so
+    // that a large selection costs no allocation per node.
+    typedef iPointerTable<void*, 0> SelectionMap;
+    SelectionMap _selectionMap;
     QList<osg::Node*> _selectionList;
     std::set<std::string> _selectionFilter;
     bool _selectionFilterActive = false;

@@ -27,9 +27,8 @@ void iBaseModel::addObjectSelection(osg::Node* node)
     if (_selectionLocked)
         return;
     node = proxyOf(node);
-    if (!node || _selectionMap.contains(node))
+    if (!node || !_selectionMap.insert(node, nullptr).second)
         return;
-    _selectionMap.insert(node, nullptr);
     _selectionList.append(node);
     sigObjectSelectionAdded(node);
     sigObjectsSelectionChanged();
@@ -46,7 +45,7 @@ void iBaseModel::removeObjectSelection(osg::Node* node)
     // Listeners still find the node in the map.
     sigObjectSelectionRemoved(node);
     sigObjectsSelectionChanged();
-    _selectionMap.remove(node);
+    _selectionMap.erase(node);
 }
 
 void iBaseModel::clearObjectSelection()
@@ -72,9 +71,9 @@ void iBaseModel::selectAll()
 
 void iBaseModel::invertObjectSelection()
 {
-    if (_selectionMap.isEmpty() || _root->getNumChildren() == 0)
+    if (_selectionMap.empty() || _root->getNumChildren() == 0)
         return;
-    QMap<osg::Node*, void*> const previous = _selectionMap;
+    SelectionMap const previous = _selectionMap;
     clearObjectSelection();
     sigslot::signal_blocker changed(sigObjectsSelectionChanged);
     for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
@@ -135,16 +134,17 @@ bool iBaseModel::lockSelection(bool on)
 
 void* iBaseModel::getSelectionData(osg::Node* node) const
 {
-    return _selectionMap.value(node, nullptr);
+    void* const* data = _selectionMap.find(node);
+    return data ? *data : nullptr;
 }
 
 void* iBaseModel::setSelectionData(osg::Node* node, void* data)
 {
-    auto it = _selectionMap.find(node);
-    if (it == _selectionMap.end())
+    void** stored = _selectionMap.find(node);
+    if (!stored)
         return nullptr;
-    void* previous = it.value();
-    it.value() = data;
+    void* previous = *stored;
+    *stored = data;
     return previous;
 }
 
@@ -243,10 +243,15 @@ void iBaseModel::setNodeFlagToAllChildren(osg::Node* node, unsigned int bit, boo
 
 void iBaseModel::setFlagOnSelected(unsigned int bit, bool value)
 {
-    QMap<osg::Node*, void*> const selected = _selectionMap;
-    for (auto it = selected.begin(); it != selected.end(); ++it)
-        if (iNodeGroup::isNodeFlagSet(it.key(), bit) != value)
-            setNodeFlag(it.key(), bit, value);
+    // A copy: listeners may change the selection meanwhile.
+    std::vector<osg::Node*> selected;
+    selected.reserve(_selectionMap.size());
+    _selectionMap.forEach([&selected](void const* node, void*) {
+        selected.push_back(static_cast<osg::Node*>(const_cast<void*>(node)));
+    });
+    for (osg::Node* node : selected)
+        if (iNodeGroup::isNodeFlagSet(node, bit) != value)
+            setNodeFlag(node, bit, value);
 }
 
 void iBaseModel::slotCallNodeFlagChanged(iNodeGroup* object, unsigned int bit, bool value)

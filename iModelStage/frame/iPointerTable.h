@@ -1,0 +1,204 @@
+#ifndef IMODELSTAGE_FRAME_IPOINTERTABLE_H
+#define IMODELSTAGE_FRAME_IPOINTERTABLE_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+// A map from pointer to value without an allocation per entry. Up to
+// InlineCapacity entries live in place and are found by a scan; more move
+// to an open-addressed table with linear probing. Entries come back in no
+// particular order. Null and the address 1 are reserved and cannot be keys.
+template <class Value, std::size_t InlineCapacity>
+class iPointerTable {
+public:
+    iPointerTable() = default;
+    iPointerTable(iPointerTable const& other) { *this = other; }
+    iPointerTable& operator=(iPointerTable const& other)
+    {
+        if (this == &other)
+            return *this;
+        clear();
+        other.forEach([this](void const* key, Value const& value) { insert(key, value); });
+        return *this;
+    }
+    iPointerTable(iPointerTable&& other) noexcept { swap(other); }
+    iPointerTable& operator=(iPointerTable&& other) noexcept
+    {
+        if (this != &other) {
+            clear();
+            swap(other);
+        }
+        return *this;
+    }
+
+    void swap(iPointerTable& other) noexcept
+    {
+        std::swap(m_inline, other.m_inline);
+        std::swap(m_inlineSize, other.m_inlineSize);
+        std::swap(m_table, other.m_table);
+        std::swap(m_capacity, other.m_capacity);
+        std::swap(m_used, other.m_used);
+        std::swap(m_size, other.m_size);
+        std::swap(m_shift, other.m_shift);
+    }
+
+    std::size_t size() const { return m_table ? m_size : m_inlineSize; }
+    bool empty() const { return size() == 0; }
+    bool contains(void const* key) const { return find(key) != nullptr; }
+
+    Value* find(void const* key)
+    {
+        return const_cast<Value*>(static_cast<iPointerTable const*>(this)->find(key));
+    }
+
+    Value const* find(void const* key) const
+    {
+        Entry const* entry = findEntry(key);
+        return entry ? &entry->value : nullptr;
+    }
+
+    // The stored value and true, or the one already there and false.
+    std::pair<Value*, bool> insert(void const* key, Value const& value)
+    {
+        if (Value* present = find(key))
+            return {present, false};
+        if constexpr (InlineCapacity > 0) {
+            if (!m_table && m_inlineSize < InlineCapacity) {
+                m_inline[m_inlineSize] = Entry{key, value};
+                return {&m_inline[m_inlineSize++].value, true};
+            }
+        }
+        if (!m_table)
+            spill();
+        return {&insertNew(key, value)->value, true};
+    }
+
+    bool erase(void const* key)
+    {
+        Entry* entry = const_cast<Entry*>(findEntry(key));
+        if (!entry)
+            return false;
+        if (m_table) {
+            entry->key = tombstone();
+            --m_size;
+            return true;
+        }
+        if constexpr (InlineCapacity > 0)
+            *entry = m_inline[--m_inlineSize];
+        return true;
+    }
+
+    void clear()
+    {
+        m_table.reset();
+        m_capacity = m_used = m_size = 0;
+        m_inlineSize = 0;
+    }
+
+    template <class Visit>
+    void forEach(Visit visit) const
+    {
+        if (!m_table) {
+            if constexpr (InlineCapacity > 0)
+                for (std::size_t i = 0; i < m_inlineSize; ++i)
+                    visit(m_inline[i].key, m_inline[i].value);
+            return;
+        }
+        for (std::size_t i = 0; i < m_capacity; ++i)
+            if (isKey(m_table[i].key))
+                visit(m_table[i].key, m_table[i].value);
+    }
+
+private:
+    struct Entry {
+        void const* key;
+        Value value;
+    };
+
+    static void const* tombstone() { return reinterpret_cast<void const*>(std::uintptr_t(1)); }
+    static bool isKey(void const* key) { return key && key != tombstone(); }
+
+    std::size_t slotOf(void const* key) const
+    {
+        // Runs of 64 consecutive keys (ids handed out one after another,
+        // pointers into one small block) land in consecutive slots, so that
+        // they share cache lines; the runs themselves are spread by
+        // Fibonacci hashing, whose top bits depend on every bit of the run.
+        std::uint64_t const k = std::uint64_t(reinterpret_cast<std::uintptr_t>(key));
+        std::uint64_t const run = (k >> 6) * 0x9E3779B97F4A7C15ull;
+        return (static_cast<std::size_t>(run >> m_shift) + static_cast<std::size_t>(k & 63)) & (m_capacity - 1);
+    }
+
+    Entry const* findEntry(void const* key) const
+    {
+        if (!m_table) {
+            if constexpr (InlineCapacity > 0)
+                for (std::size_t i = 0; i < m_inlineSize; ++i)
+                    if (m_inline[i].key == key)
+                        return &m_inline[i];
+            return nullptr;
+        }
+        for (std::size_t i = slotOf(key);; i = (i + 1) & (m_capacity - 1)) {
+            Entry const& entry = m_table[i];
+            if (entry.key == key)
+                return &entry;
+            if (!entry.key)
+                return nullptr;
+        }
+    }
+
+    void spill()
+    {
+        rebuild(16);
+        if constexpr (InlineCapacity > 0)
+            for (std::size_t i = 0; i < m_inlineSize; ++i)
+                insertNew(m_inline[i].key, m_inline[i].value);
+        m_inlineSize = 0;
+    }
+
+    Entry* insertNew(void const* key, Value const& value)
+    {
+        // Keep at least a quarter of the slots truly empty, so that every
+        // probe ends; tombstones count as used until the next rebuild.
+        if ((m_used + 1) * 4 > m_capacity * 3)
+            rebuild(m_size * 2 + 16 > m_capacity ? m_capacity * 2 : m_capacity);
+        for (std::size_t i = slotOf(key);; i = (i + 1) & (m_capacity - 1)) {
+            Entry& entry = m_table[i];
+            if (entry.key && entry.key != tombstone())
+                continue;
+            if (!entry.key)
+                ++m_used;
+            entry = Entry{key, value};
+            ++m_size;
+            return &entry;
+        }
+    }
+
+    void rebuild(std::size_t capacity)
+    {
+        std::unique_ptr<Entry[]> old = std::move(m_table);
+        std::size_t const oldCapacity = m_capacity;
+        m_table.reset(new Entry[capacity]());
+        m_capacity = capacity;
+        m_shift = 64;
+        for (std::size_t c = capacity; c > 1; c >>= 1)
+            --m_shift;
+        m_used = m_size = 0;
+        for (std::size_t i = 0; i < oldCapacity; ++i)
+            if (isKey(old[i].key))
+                insertNew(old[i].key, old[i].value);
+    }
+
+    std::array<Entry, InlineCapacity> m_inline{};
+    std::size_t m_inlineSize = 0;
+    std::unique_ptr<Entry[]> m_table;
+    std::size_t m_capacity = 0;
+    std::size_t m_used = 0;
+    std::size_t m_size = 0;
+    unsigned m_shift = 64;
+};
+
+#endif
