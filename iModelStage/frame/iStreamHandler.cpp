@@ -18,6 +18,18 @@ Handlers& handlers()
     return *table;
 }
 
+using HandlerPair = std::pair<iStreamHandler::ReadHandler, iStreamHandler::WriteHandler>;
+
+HandlerPair findHandlers(char const* typeName)
+{
+    if (!typeName)
+        return {nullptr, nullptr};
+    Handlers& h = handlers();
+    std::lock_guard<std::mutex> lock(h.mutex);
+    auto it = h.byType.find(typeName);
+    return it == h.byType.end() ? HandlerPair{nullptr, nullptr} : it->second;
+}
+
 } // namespace
 
 bool iStreamHandler::registerNewIOHandlers(char const* typeName, ReadHandler read, WriteHandler write)
@@ -33,20 +45,10 @@ bool iStreamHandler::registerNewIOHandlers(char const* typeName, ReadHandler rea
 
 iStreamHandler::ReadHandler iStreamHandler::getReadHandler(char const* typeName)
 {
-    if (!typeName)
-        return nullptr;
-    Handlers& h = handlers();
-    std::lock_guard<std::mutex> lock(h.mutex);
-    auto it = h.byType.find(typeName);
-    return it == h.byType.end() ? nullptr : it->second.first;
+    return findHandlers(typeName).first;
 }
 
 iStreamHandler::WriteHandler iStreamHandler::getWriteHandler(char const* typeName)
 {
-    if (!typeName)
-        return nullptr;
-    Handlers& h = handlers();
-    std::lock_guard<std::mutex> lock(h.mutex);
-    auto it = h.byType.find(typeName);
-    return it == h.byType.end() ? nullptr : it->second.second;
+    return findHandlers(typeName).second;
 }
