@@ -5,10 +5,11 @@
 
 // A count per pointer, without an allocation per entry. A handful of
 // entries (what most receivers hold) live in place; more move to an
-// open-addressed table. Signal receivers keep their senders here, one count
-// per connection, and a model holds two per object, so both the small and
-// the very large case matter.
-class iPointerCounts {
+// open-addressed table laid out as iPointerTable describes. Signal receivers
+// keep their senders here, one count per connection, and a model holds two
+// per object, so both the small and the very large case matter.
+template <unsigned KeyAlign = 0, unsigned RunBits = 6>
+class iPointerCountsOf {
 public:
     std::size_t size() const { return m_table.size(); }
     bool empty() const { return m_table.empty(); }
@@ -34,7 +35,7 @@ public:
     }
 
     void clear() { m_table.clear(); }
-    void swap(iPointerCounts& other) noexcept { m_table.swap(other.m_table); }
+    void swap(iPointerCountsOf& other) noexcept { m_table.swap(other.m_table); }
 
     template <class Visit>
     void forEach(Visit visit) const
@@ -43,7 +44,14 @@ public:
     }
 
 private:
-    iPointerTable<int, 4> m_table;
+    iPointerTable<int, 4, KeyAlign, RunBits> m_table;
 };
+
+// For keys handed out one after another, such as ids.
+typedef iPointerCountsOf<> iPointerCounts;
+
+// For addresses inside objects allocated one after another: 8-byte keys in
+// runs of a megabyte.
+typedef iPointerCountsOf<3, 20> iAddressCounts;
 
 #endif

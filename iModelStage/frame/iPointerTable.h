@@ -11,8 +11,18 @@
 // InlineCapacity entries live in place and are found by a scan; more move
 // to an open-addressed table with linear probing. Entries come back in no
 // particular order. Null and the address 1 are reserved and cannot be keys.
-template <class Value, std::size_t InlineCapacity>
+//
+// Keys within one aligned run of 2^RunBits bytes take consecutive slots, one
+// slot per 2^KeyAlign bytes, and the runs are spread over the table by a
+// hash. Keys met in address order (ids handed out one after another, objects
+// allocated one after another) then fill the table in order instead of
+// jumping about it, which is what large tables spend their time on. Keys
+// must be at least 2^KeyAlign bytes apart, and should be sparse within a run:
+// a run packed with keys is one long cluster for the keys of other runs.
+template <class Value, std::size_t InlineCapacity, unsigned KeyAlign = 0, unsigned RunBits = 6>
 class iPointerTable {
+    static_assert(KeyAlign < RunBits && RunBits < 32, "a run holds at least two keys");
+
 public:
     iPointerTable() = default;
     iPointerTable(iPointerTable const& other) { *this = other; }
@@ -91,6 +101,19 @@ public:
         return true;
     }
 
+    // Room for count entries in all without a rebuild on the way.
+    void reserve(std::size_t count)
+    {
+        if (count <= InlineCapacity || count <= m_capacity / 2)
+            return;
+        std::size_t capacity = 16;
+        while (capacity / 2 < count)
+            capacity *= 2;
+        if (!m_table)
+            spill();
+        rebuild(capacity);
+    }
+
     void clear()
     {
         m_table.reset();
@@ -123,13 +146,12 @@ private:
 
     std::size_t slotOf(void const* key) const
     {
-        // Runs of 64 consecutive keys (ids handed out one after another,
-        // pointers into one small block) land in consecutive slots, so that
-        // they share cache lines; the runs themselves are spread by
-        // Fibonacci hashing, whose top bits depend on every bit of the run.
+        // Fibonacci hashing spreads the runs: its top bits depend on every
+        // bit of the run number.
         std::uint64_t const k = std::uint64_t(reinterpret_cast<std::uintptr_t>(key));
-        std::uint64_t const run = (k >> 6) * 0x9E3779B97F4A7C15ull;
-        return (static_cast<std::size_t>(run >> m_shift) + static_cast<std::size_t>(k & 63)) & (m_capacity - 1);
+        std::uint64_t const run = (k >> RunBits) * 0x9E3779B97F4A7C15ull;
+        std::uint64_t const inRun = (k >> KeyAlign) & ((std::uint64_t(1) << (RunBits - KeyAlign)) - 1);
+        return static_cast<std::size_t>((run >> m_shift) + inRun) & (m_capacity - 1);
     }
 
     Entry const* findEntry(void const* key) const

@@ -127,7 +127,7 @@ public:
     void disconnect_all()
     {
         lock_block<mt_policy> lock(this);
-        iPointerCounts senders;
+        iAddressCounts senders;
         senders.swap(m_senders);
         senders.forEach([this](void const* sender, int) {
             static_cast<sender_type*>(const_cast<void*>(sender))->slot_disconnect(this);
@@ -137,7 +137,7 @@ public:
 private:
     void duplicateFrom(has_slots const& other)
     {
-        iPointerCounts senders;
+        iAddressCounts senders;
         {
             lock_block<mt_policy> lock(const_cast<has_slots*>(&other));
             senders = other.m_senders;
@@ -147,7 +147,7 @@ private:
         });
     }
 
-    iPointerCounts m_senders;
+    iAddressCounts m_senders;
 };
 
 // The connection list and emission walk shared by signal0 to signal4.

@@ -200,7 +200,7 @@ private:
     osg::Group* _currentRoot = nullptr;
     // The authority on what is selected, with each node's data. Flat, so
     // that a large selection costs no allocation per node.
-    typedef iPointerTable<void*, 0> SelectionMap;
+    typedef iPointerTable<void*, 0, 4, 20> SelectionMap;
     SelectionMap _selectionMap;
     QList<osg::Node*> _selectionList;
     std::set<std::string> _selectionFilter;

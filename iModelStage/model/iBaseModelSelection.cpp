@@ -9,6 +9,8 @@
 
 #include <QString>
 
+#include <algorithm>
+
 #include <unordered_set>
 
 osg::Node* iBaseModel::proxyOf(osg::Node* node)
@@ -63,6 +65,9 @@ void iBaseModel::clearObjectSelection()
 void iBaseModel::selectAll()
 {
     sigslot::signal_blocker changed(sigObjectsSelectionChanged);
+    // One table of the final size, rather than a rehash at every doubling.
+    if (!_selectionLocked)
+        _selectionMap.reserve(_selectionMap.size() + std::size_t(std::max(_objectsCount, 0)));
     for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
         addObjectSelection(node);
     changed.release();

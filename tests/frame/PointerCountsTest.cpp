@@ -15,9 +15,10 @@ void const* key(std::uint64_t value)
 
 // Compares the table with a plain map after a long run of random changes:
 // inline storage, the spill to the open table, tombstones and rebuilds.
+template <class Counts = iPointerCounts>
 void checkAgainstMap(std::uint64_t stride)
 {
-    iPointerCounts table;
+    Counts table;
     std::map<std::uint64_t, int> expected;
     std::mt19937 random(7);
     for (int step = 0; step < 20000; ++step) {
@@ -50,6 +51,27 @@ TEST(PointerCountsTest, MatchesAMapForDenseSparseAndCollidingKeys)
     checkAgainstMap(1);              // consecutive ids
     checkAgainstMap(8);              // aligned pointers
     checkAgainstMap(std::uint64_t(1) << 32); // keys that share all low bits
+    // Address layout: keys packed within a run, one run a slot apart from the
+    // next, and runs whose in-run offsets all coincide.
+    checkAgainstMap<iAddressCounts>(8);
+    checkAgainstMap<iAddressCounts>(1120);
+    checkAgainstMap<iAddressCounts>(std::uint64_t(1) << 20);
+    checkAgainstMap<iAddressCounts>(std::uint64_t(1) << 32);
+}
+
+TEST(PointerCountsTest, ReserveKeepsEntriesAndLeavesRoomForTheRest)
+{
+    iPointerTable<int, 2, 4, 20> table;
+    table.insert(key(16), 1);
+    table.insert(key(32), 2);
+    table.reserve(1000); // spills the two in-place entries
+    for (int i = 3; i <= 1000; ++i)
+        EXPECT_TRUE(table.insert(key(16 * std::uint64_t(i)), i).second);
+    EXPECT_FALSE(table.insert(key(32), 9).second);
+    table.reserve(10); // never shrinks
+    EXPECT_EQ(table.size(), 1000u);
+    for (int i = 1; i <= 1000; ++i)
+        ASSERT_EQ(*table.find(key(16 * std::uint64_t(i))), i);
 }
 
 TEST(PointerCountsTest, CopyMoveAndClear)
