@@ -39,6 +39,14 @@ void iOutStream::failWith(char const* what)
     throw iStreamError(what);
 }
 
+void iOutStream::patchInt(std::streampos position, int const& value)
+{
+    std::streampos const end = tellp();
+    seekp(position);
+    writeInt(value);
+    seekp(end);
+}
+
 void iOutStream::writeRaw(char const* data, std::streamsize size)
 {
     if (size < 0)

@@ -21,6 +21,9 @@ public:
     // count doubles in one block.
     void writeDoubles(double const* values, int count);
     void writeRaw(char const* data, std::streamsize size);
+    // Overwrites the int written at position, for sizes and counts known
+    // only later, and returns to where the stream was.
+    void patchInt(std::streampos position, int const& value);
 
     // Leaves the stream failed and throws iStreamError with the reason.
     [[noreturn]] void failWith(char const* what);

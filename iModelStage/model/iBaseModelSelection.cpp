@@ -11,8 +11,6 @@
 
 #include <algorithm>
 
-#include <unordered_set>
-
 osg::Node* iBaseModel::proxyOf(osg::Node* node)
 {
     // Without proxies the node itself is not even read.
@@ -120,14 +118,7 @@ void iBaseModel::getSelectionRoots(NodeList& out, std::set<std::string>* classes
 {
     NodeList selected;
     getSelectionList(selected, classes);
-    std::unordered_set<osg::Node*> members;
-    for (osg::ref_ptr<osg::Node> const& node : selected)
-        members.insert(node.get());
-    for (osg::ref_ptr<osg::Node> const& node : selected) {
-        osg::Node* parent = node->getNumParents() > 0 ? node->getParent(0) : nullptr;
-        if (parent && members.find(parent) == members.end())
-            out.push_back(node);
-    }
+    getRoots(selected, out, nullptr);
 }
 
 bool iBaseModel::lockSelection(bool on)

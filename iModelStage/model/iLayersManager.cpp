@@ -88,12 +88,8 @@ private:
 
 iLayersManager::iLayersManager()
 {
-    Registry& r = registry();
-    if (!r.layersRoot) {
-        r.layersRoot = new osg::Group;
-        r.layersRoot->setName("iObjectsLayerRoot");
-    }
-    r.instance = this;
+    getLayersRoot();
+    registry().instance = this;
     _history = new iLayerManagerHistory(this);
     _undoManager = new iUndoRedoManager(this);
 }
@@ -400,10 +396,7 @@ void iLayersManager::saveToStream(iOutStream& stream)
         stream.writeInt(static_cast<int>(registry().layers.size()));
         for (osg::ref_ptr<iNodeLayer> const& layer : allLayers())
             writeLayer(stream, layer.get());
-        std::streampos const end = stream.tellp();
-        stream.seekp(start);
-        stream.writeInt(static_cast<int>(end - start));
-        stream.seekp(end);
+        stream.patchInt(start, static_cast<int>(stream.tellp() - start));
         iNodeLayer* current = getCurrentLayer();
         stream.writeString(current ? current->getModelId() : std::string());
     } catch (std::exception const&) {
@@ -431,10 +424,7 @@ void iLayersManager::writeLayer(iOutStream& stream, iNodeLayer* layer)
     } catch (std::exception const&) {
         // The size is patched all the same.
     }
-    std::streampos const end = stream.tellp();
-    stream.seekp(sizePosition);
-    stream.writeInt(static_cast<int>(end - bodyStart));
-    stream.seekp(end);
+    stream.patchInt(sizePosition, static_cast<int>(stream.tellp() - bodyStart));
 }
 
 iProgressInterface* iLayersManager::getProgressInterface()

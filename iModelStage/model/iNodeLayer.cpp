@@ -24,13 +24,7 @@ class CountPatch {
 public:
     explicit CountPatch(iOutStream& stream) : m_stream(stream), m_position(stream.tellp()) { stream.writeInt(0); }
 
-    void patch(int count)
-    {
-        std::streampos end = m_stream.tellp();
-        m_stream.seekp(m_position);
-        m_stream.writeInt(count);
-        m_stream.seekp(end);
-    }
+    void patch(int count) { m_stream.patchInt(m_position, count); }
 
 private:
     iOutStream& m_stream;
@@ -60,11 +54,20 @@ private:
     std::unordered_map<std::string, bool> m_objectClasses;
 };
 
-void readParents(iInStream& stream, std::vector<long>& parents)
+// The object and parent ids of a record whose class name and size are read;
+// null, with nothing more read, when the record holds no object this
+// library can create.
+osg::ref_ptr<iNodeGroup> readRecord(ObjectFactory& factory, std::string const& className, int size,
+                                    iInStream& stream, std::vector<long>& parents)
 {
+    osg::ref_ptr<iNodeGroup> object = size != 0 ? factory.create(className) : nullptr;
+    if (!object)
+        return nullptr;
+    iRoot::readObject(object.get(), stream);
     int const count = stream.readCount(4);
     for (int i = 0; i < count; ++i)
         parents.push_back(stream.readInt());
+    return object;
 }
 
 // Where records are measured before they go out: one buffer per nesting
@@ -220,14 +223,8 @@ iNodeGroup* iNodeLayer::iReadNodeGroup(char const* className, iInStream& stream,
                                        std::vector<long>& parents)
 {
     size = stream.readInt();
-    if (size == 0)
-        return nullptr;
-    osg::ref_ptr<iNodeGroup> object = ObjectFactory().create(className ? className : "");
-    if (!object)
-        return nullptr;
-    iRoot::readObject(object.get(), stream);
-    readParents(stream, parents);
-    return object.release();
+    ObjectFactory factory;
+    return readRecord(factory, className ? className : "", size, stream, parents).release();
 }
 
 void iNodeLayer::read(iInStream& stream, int version)
@@ -258,11 +255,8 @@ void iNodeLayer::read(iInStream& stream, int version)
             stream.seekg(position);
         }
         int const size = stream.readInt();
-        osg::ref_ptr<iNodeGroup> object = size != 0 ? factory.create(name) : nullptr;
-        if (object) {
-            iRoot::readObject(object.get(), stream);
-            readParents(stream, parentIds);
-        } else {
+        osg::ref_ptr<iNodeGroup> object = readRecord(factory, name, size, stream, parentIds);
+        if (!object) {
             // A ghost keeps the record's true parents in its bytes and lands
             // at the top of the layer.
             osg::ref_ptr<iGhostNode> ghost = new iGhostNode;
