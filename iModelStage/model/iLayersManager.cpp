@@ -68,22 +68,6 @@ private:
     bool m_shown;
 };
 
-// Snapshots show no progress.
-class SilentProgress {
-public:
-    explicit SilentProgress(iLayersManager* manager)
-        : m_manager(manager), m_previous(manager->setProgressInterfaceEnabled(false))
-    {
-    }
-    ~SilentProgress() { m_manager->setProgressInterfaceEnabled(m_previous); }
-    SilentProgress(SilentProgress const&) = delete;
-    SilentProgress& operator=(SilentProgress const&) = delete;
-
-private:
-    iLayersManager* m_manager;
-    bool m_previous;
-};
-
 } // namespace
 
 iLayersManager::iLayersManager()
@@ -472,26 +456,26 @@ bool iLayersManager::redo(int count)
 
 bool iLayersManager::undoImplementation(int count, bool storeCurrent)
 {
-    SilentProgress silent(this);
+    QuietProgress quiet(this);
     WaitCursor wait;
     return _undoManager->undo(count, storeCurrent);
 }
 
 bool iLayersManager::redoImplementation(int count)
 {
-    SilentProgress silent(this);
+    QuietProgress quiet(this);
     WaitCursor wait;
     return _undoManager->redo(count);
 }
 
 void iLayersManager::storeForUndoImplementation(std::string const& text)
 {
-    SilentProgress silent(this);
+    QuietProgress quiet(this);
     _undoManager->saveForUndo(text);
 }
 
 void iLayersManager::cancelUndoStoreImplementation()
 {
-    SilentProgress silent(this);
+    QuietProgress quiet(this);
     _undoManager->removeLastSaved();
 }

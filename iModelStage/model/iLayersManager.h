@@ -83,6 +83,28 @@ public:
     void setProgressInterface(iProgressInterface* progress) { _progress = progress; }
     // Returns the previous value.
     bool setProgressInterfaceEnabled(bool on);
+
+    // Keeps the progress interface disabled while it lives, as snapshots and
+    // settings files want; a null manager is allowed.
+    class QuietProgress {
+    public:
+        explicit QuietProgress(iLayersManager* manager) : m_manager(manager)
+        {
+            if (m_manager)
+                m_previous = m_manager->setProgressInterfaceEnabled(false);
+        }
+        ~QuietProgress()
+        {
+            if (m_manager)
+                m_manager->setProgressInterfaceEnabled(m_previous);
+        }
+        QuietProgress(QuietProgress const&) = delete;
+        QuietProgress& operator=(QuietProgress const&) = delete;
+
+    private:
+        iLayersManager* m_manager;
+        bool m_previous = true;
+    };
     // Never null.
     iExceptionManagerInterface* getExceptionManagerInterface();
     void setExceptionManagerInterface(iExceptionManagerInterface* exceptions) { _exceptions = exceptions; }

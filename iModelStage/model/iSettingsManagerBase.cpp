@@ -12,31 +12,6 @@
 
 char const* const iSettingsManagerBase::FileId = "iSettingsManager::12122011";
 
-namespace {
-
-// The document's progress stays quiet while settings are read or written.
-class QuietProgress {
-public:
-    QuietProgress() : m_manager(iLayersManager::getInstance())
-    {
-        if (m_manager)
-            m_previous = m_manager->setProgressInterfaceEnabled(false);
-    }
-    ~QuietProgress()
-    {
-        if (m_manager)
-            m_manager->setProgressInterfaceEnabled(m_previous);
-    }
-    QuietProgress(QuietProgress const&) = delete;
-    QuietProgress& operator=(QuietProgress const&) = delete;
-
-private:
-    iLayersManager* m_manager;
-    bool m_previous = true;
-};
-
-} // namespace
-
 iSettingsManagerBase::iSettingsManagerBase()
 {
     getSettingsLayer();
@@ -86,7 +61,7 @@ bool iSettingsManagerBase::write(char const* fileName)
         iOutStream stream(&file);
         stream.writeString(FileId);
         {
-            QuietProgress quiet;
+            iLayersManager::QuietProgress quiet(iLayersManager::getInstance());
             getSettingsLayer()->write(stream);
         }
         return file.close() != nullptr;
@@ -122,7 +97,7 @@ bool iSettingsManagerBase::read(char const* fileName)
             return false;
         osg::ref_ptr<iNodeLayer> incoming = new iNodeLayer;
         {
-            QuietProgress quiet;
+            iLayersManager::QuietProgress quiet(iLayersManager::getInstance());
             incoming->read(stream, incoming->getClassVersion());
         }
         removeGhostNodes();
