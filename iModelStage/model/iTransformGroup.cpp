@@ -149,12 +149,12 @@ void iTransformGroup::setScale(osg::Vec3f const& scale)
 osg::Matrixd const& iTransformGroup::getMatrix()
 {
     // The cache flag stays set on every path, so the matrix is always
-    // recomputed; the members only keep the last result.
-    if (_matrixCache) {
+    // recomputed; the member only keeps the last result. Its inverse is left
+    // to getInverseMatrix, which computes it afresh anyway: saving a
+    // document asks every transform for its matrix.
+    if (_matrixCache)
         _local = osg::Matrixd::scale(osg::Vec3d(_scale)) * osg::Matrixd::rotate(getAttitude()) *
                  osg::Matrixd::translate(osg::Vec3d(_position));
-        _inverseLocal = osg::Matrixd::inverse(_local);
-    }
     return _local;
 }
 
@@ -184,9 +184,11 @@ void iTransformGroup::setMatrix(osg::Matrixd const& m)
     osg::PositionAttitudeTransform::setAttitude(q);
     osg::PositionAttitudeTransform::setPosition(translation);
 
-    bool const positionBlocked = sigpositionChanged.block(true);
-    bool const rotationBlocked = sigrotationChanged.block(true);
-    bool const scaleBlocked = sigscaleChanged.block(true);
+    // The transform base is already set: the properties follow without
+    // their reactions, and the matrix change is told once.
+    sigslot::signal_blocker position(sigpositionChanged);
+    sigslot::signal_blocker rotation(sigrotationChanged);
+    sigslot::signal_blocker scaling(sigscaleChanged);
 
     set_position(osg::Vec3f(translation));
     set_scale(osg::Vec3f(scale));
@@ -194,10 +196,6 @@ void iTransformGroup::setMatrix(osg::Matrixd const& m)
 
     _matrixCache = true;
     dispatchMatrixChanged(this);
-
-    sigscaleChanged.block(scaleBlocked);
-    sigrotationChanged.block(rotationBlocked);
-    sigpositionChanged.block(positionBlocked);
 }
 
 osg::Matrixd const& iTransformGroup::getWorldMatrix()
