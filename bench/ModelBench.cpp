@@ -178,27 +178,29 @@ void BM_ClearSelection(benchmark::State& state)
     }
 }
 
-// The objects outlive the call, as when a caller still holds them.
-void BM_RemoveAllObjects(benchmark::State& state)
+// With callerHolds the objects outlive the call, as when a caller still
+// holds them; otherwise the model held the last reference and the objects
+// die inside the call.
+void removeAllObjects(benchmark::State& state, bool callerHolds)
 {
     Timing timing(state);
     for (auto _ : state) {
         NodeList roots = buildTree(timing.objects);
         osg::ref_ptr<iBaseModel> model = modelWith(roots);
+        if (!callerHolds)
+            roots.clear();
         timing.measure([&] { model->removeAllObjects(); });
     }
 }
 
-// The model held the last reference: the objects die inside the call.
+void BM_RemoveAllObjects(benchmark::State& state)
+{
+    removeAllObjects(state, true);
+}
+
 void BM_RemoveAllObjectsDestroying(benchmark::State& state)
 {
-    Timing timing(state);
-    for (auto _ : state) {
-        NodeList roots = buildTree(timing.objects);
-        osg::ref_ptr<iBaseModel> model = modelWith(roots);
-        roots.clear();
-        timing.measure([&] { model->removeAllObjects(); });
-    }
+    removeAllObjects(state, false);
 }
 
 } // namespace
