@@ -21,6 +21,7 @@
 #include <iModelStage/frame/iProperty.h>
 #include <iModelStage/frame/iPropertyHandler.h>
 #include <iModelStage/frame/iRoot.h>
+#include <iModelStage/frame/iSafeFileWriter.h>
 #include <iModelStage/frame/iSimpleMapListPtr.h>
 #include <iModelStage/frame/iSlot.h>
 #include <iModelStage/frame/iStartUp.h>
@@ -44,6 +45,7 @@
 #include <iModelStage/model/iLayerManagerHistory.h>
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iLayersManagerLock.h>
+#include <iModelStage/model/iLoadScope.h>
 #include <iModelStage/model/iLoopLock.h>
 #include <iModelStage/model/iModelSearchOptimizer.h>
 #include <iModelStage/model/iNodeFinder.h>

@@ -2,9 +2,11 @@
 
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iSafeFileWriter.h>
 #include <iModelStage/model/iGhostLayer.h>
 #include <iModelStage/model/iGhostNode.h>
 #include <iModelStage/model/iLayerManagerHistory.h>
+#include <iModelStage/model/iLoadScope.h>
 #include <iModelStage/model/iNodeLayer.h>
 #include <iModelStage/model/iUndoRedoManager.h>
 #include <iModelStage/reporting/iExceptionManagerInterface.h>
@@ -248,6 +250,21 @@ void iLayersManager::freeLayerObjects()
     r.layers.clear();
 }
 
+void iLayersManager::discardLoadedLayers(std::vector<osg::ref_ptr<iNodeLayer>> const& ghosts)
+{
+    // Registered layers stay: a host keeps pointers to them for the life of
+    // the process. They are only emptied; the ghosts of this file go.
+    Registry& r = registry();
+    for (osg::ref_ptr<iNodeLayer> const& ghost : ghosts) {
+        auto it = r.layers.find(ghost->getModelId());
+        if (it != r.layers.end() && it->second == ghost)
+            r.layers.erase(it);
+    }
+    for (osg::ref_ptr<iNodeLayer> const& layer : allLayers())
+        if (!layer->isGhost())
+            layer->removeAllObjects();
+}
+
 bool iLayersManager::load(std::string const& fileName)
 {
     if (fileName.empty())
@@ -295,7 +312,10 @@ void iLayersManager::readLayers(iInStream& stream)
     // Each entry takes at least a name length and a size.
     int const count = stream.readCount(8);
 
+    // Entries that name one layer again merge into it, under one budget.
+    iLoadScope scope;
     std::vector<osg::ref_ptr<iNodeLayer>> read;
+    std::vector<osg::ref_ptr<iNodeLayer>> ghosts;
     for (int i = 0; i < count; ++i) {
         std::string const name = stream.readString();
         int const size = stream.readInt();
@@ -312,15 +332,16 @@ void iLayersManager::readLayers(iInStream& stream)
         osg::ref_ptr<iGhostLayer> ghost = new iGhostLayer;
         ghost->setModelId(name);
         r.layers[name] = ghost;
+        ghosts.push_back(ghost);
         osg::ref_ptr<iGhostNode> node = new iGhostNode;
         ghost->addObject(node.get(), true);
         node->readData(stream, size);
     }
 
     // Only the layers are measured: a file that does not end its layers
-    // where it says is damaged as a whole.
+    // where it says is damaged as a whole, and nothing of it is kept.
     if (static_cast<long long>(stream.tellg() - start) != total) {
-        freeLayerObjects();
+        discardLoadedLayers(ghosts);
         read.clear();
     }
     for (osg::ref_ptr<iNodeLayer> const& layer : allLayers())
@@ -344,16 +365,27 @@ bool iLayersManager::saveAs(std::string const& fileName)
 {
     if (fileName.empty())
         return false;
-    std::filebuf file;
-    iOutStream stream(&file);
-    if (!file.open(fileName, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
+    // The document goes to a new file that replaces the old one only once
+    // it is whole: a full disk or a bad path never costs the last good save.
+    iSafeFileWriter file;
+    iOutStream stream(file.open(fileName) ? file.buffer() : nullptr);
+    if (!stream.rdbuf())
         stream.setstate(std::ios_base::badbit);
     try {
         saveToStream(stream);
     } catch (...) {
-        // A failed save shows only in the file.
+        // Reported below, by the state of the stream.
     }
-    file.close();
+    if (stream.good())
+        file.commit();
+    else
+        file.abandon();
+    _lastSaveError = file.error();
+    if (!_lastSaveError.empty()) {
+        // The document is as unsaved as before; listeners hear so.
+        setModified(_modified);
+        return true;
+    }
     if (_fileName != fileName) {
         _fileName = fileName;
         sigFileNameChanged(_fileName);

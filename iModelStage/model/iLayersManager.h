@@ -57,8 +57,13 @@ public:
     // The document file. A char const* thrown out of load is the only
     // failure that reaches the caller: a file of another kind.
     bool load(std::string const& fileName);
+    // A save that fails leaves the file it was to replace as it was, keeps
+    // the modified state and the file name, and still returns true, as
+    // callers of the document file expect; getLastSaveError tells why.
     bool save();
     bool saveAs(std::string const& fileName);
+    // Why the last save failed; empty after a success.
+    std::string const& getLastSaveError() const { return _lastSaveError; }
     void loadFromStream(iInStream& stream);
     void saveToStream(iOutStream& stream);
     // Starts a new document.
@@ -147,6 +152,7 @@ private:
 
     void setModified(bool modified);
     void readLayers(iInStream& stream);
+    void discardLoadedLayers(std::vector<osg::ref_ptr<iNodeLayer>> const& ghosts);
     void writeLayer(iOutStream& stream, iNodeLayer* layer);
 
     iProgressInterface* _progress = nullptr;
@@ -158,6 +164,7 @@ private:
     iUndoRedoManager* _undoManager = nullptr;
     std::string _fileName;
     bool _modified = false;
+    std::string _lastSaveError;
 };
 
 #endif

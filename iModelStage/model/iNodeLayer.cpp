@@ -5,6 +5,7 @@
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/frame/iTranslate.h>
 #include <iModelStage/model/iGhostNode.h>
+#include <iModelStage/model/iLoadScope.h>
 #include <iModelStage/model/iNodeGroup.h>
 #include <iModelStage/model/iParentLinks.h>
 #include <iModelStage/reporting/iProgressHandler.h>
@@ -274,30 +275,37 @@ void iNodeLayer::read(iInStream& stream, int version)
     for (std::size_t i = 0; i < objects.size(); ++i)
         byId[i] = {objects[i]->getUniqueId(), i};
     std::sort(byId.begin(), byId.end());
+    // Parents among the records by index; parents already in the layer by
+    // pointer, measured as the link budget needs them.
+    iLoadScope scope;
+    iLoadScope::Layer& loaded = iLoadScope::layer(this);
     std::vector<int> parentIndices(parentIds.size(), -1);
+    std::vector<iNodeGroup*> existing(parentIds.size(), nullptr);
+    std::vector<iParentLinks::Anchor> anchors(parentIds.size());
     for (std::size_t k = 0; k < parentIds.size(); ++k) {
         auto it = std::upper_bound(byId.begin(), byId.end(), std::make_pair(parentIds[k], objects.size()));
-        if (it != byId.begin() && std::prev(it)->first == parentIds[k])
+        if (it != byId.begin() && std::prev(it)->first == parentIds[k]) {
             parentIndices[k] = static_cast<int>(std::prev(it)->second);
+        } else if ((existing[k] = findObjectByUniqueId(parentIds[k]))) {
+            anchors[k] = iParentLinks::measure(existing[k], getObjectsRoot(), loaded.known);
+        }
     }
-    iParentLinks const links(first, parentIndices);
+    iParentLinks const links(first, parentIndices, anchors, loaded.budget);
 
     std::vector<std::pair<iNodeGroup*, iNodeGroup*>> pairs;
     std::vector<iNodeGroup*> roots;
     for (std::size_t i = 0; i < objects.size(); ++i) {
         iNodeGroup* object = objects[i].get();
+        loaded.known[object] = links.anchorOf(i);
         bool hasParent = false;
         for (std::size_t k = first[i]; k < first[i + 1]; ++k) {
-            int const index = parentIndices[k];
-            if (index >= 0) {
-                if (!links.keep(k))
-                    continue;
-                objects[static_cast<std::size_t>(index)]->addChild(object);
-                hasParent = true;
-            } else if (iNodeGroup* parent = findObjectByUniqueId(parentIds[k])) {
-                pairs.emplace_back(object, parent);
-                hasParent = true;
-            }
+            if (!links.keep(k))
+                continue;
+            if (parentIndices[k] >= 0)
+                objects[static_cast<std::size_t>(parentIndices[k])]->addChild(object);
+            else
+                pairs.emplace_back(object, existing[k]);
+            hasParent = true;
         }
         if (!hasParent)
             roots.push_back(object);

@@ -2,6 +2,7 @@
 
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iSafeFileWriter.h>
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iNodeLayer.h>
 #include <iModelStage/model/iSettingNodeBase.h>
@@ -54,20 +55,23 @@ bool iSettingsManagerBase::write(char const* fileName)
 {
     if (!fileName)
         return false;
+    // As with the document: the old file stays until the new one is whole.
+    iSafeFileWriter file;
+    if (!file.open(fileName))
+        return false;
     try {
-        std::filebuf file;
-        if (!file.open(fileName, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
-            return false;
-        iOutStream stream(&file);
+        iOutStream stream(file.buffer());
+        stream.exceptions(std::ios_base::failbit | std::ios_base::badbit);
         stream.writeString(FileId);
         {
             iLayersManager::QuietProgress quiet(iLayersManager::getInstance());
             getSettingsLayer()->write(stream);
         }
-        return file.close() != nullptr;
     } catch (...) {
+        file.abandon();
         return false;
     }
+    return file.commit();
 }
 
 void iSettingsManagerBase::removeGhostNodes()

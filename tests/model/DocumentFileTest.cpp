@@ -1,4 +1,4 @@
-#include "model/ModelTestSupport.h"
+#include "model/DocumentBytes.h"
 
 #include <iModelStage/model/iGhostNode.h>
 
@@ -24,79 +24,6 @@ protected:
 I_REGISTER_PERSISTENT_CLASS(iGhostProbe)
 
 namespace {
-
-char const* const kFileId = "iModelStage::iLayersManager::id::240608";
-long const kLayerA = 900100;
-long const kLayerB = 900101;
-
-std::string header(std::string const& className, std::vector<int> const& versions)
-{
-    return str(className) + ints(versions);
-}
-
-// Header, iRoot level (id, name), iNodeGroup level (all flags, layer id).
-std::string objectStart(char const* className, std::vector<int> const& versions, long id, std::string const& name,
-                        std::string const& layer)
-{
-    return header(className, versions) + i32(id) + str(name) + i32(-1) + str(layer);
-}
-
-std::string nodeObject(long id, std::string const& name, std::string const& layer)
-{
-    return objectStart("iNodeGroup", {1}, id, name, layer);
-}
-
-// A translation only: the local matrix row by row, then the free dof.
-std::string transformObject(long id, std::string const& name, std::string const& layer, double x, double y, double z)
-{
-    std::string out = objectStart("iTransformGroup", {1, 1}, id, name, layer);
-    for (double value : {1., 0., 0., 0., 0., 1., 0., 0., 0., 0., 1., 0., x, y, z, 1.})
-        out += f64(value);
-    return out + i32(0xffffff);
-}
-
-// Class name, then as a sized block the object and its parent ids.
-std::string record(std::string const& className, std::string const& object, std::vector<int> const& parents = {})
-{
-    return str(className) + str(object + ints(parents));
-}
-
-std::string layerBody(long id, std::vector<std::string> const& records,
-                      std::vector<std::pair<int, int>> const& proxies = {}, std::vector<int> const& selected = {},
-                      int version = 4)
-{
-    std::string out = header("iNodeLayer", {1, version}) + i32(id) + str("") + i32(records.size());
-    for (std::string const& r : records)
-        out += r;
-    if (version >= 2) {
-        out += i32(proxies.size());
-        for (auto const& proxy : proxies)
-            out += i32(proxy.first) + i32(proxy.second);
-    }
-    return version >= 4 ? out + ints(selected) : out;
-}
-
-// The total size covers the fields up to the last layer; what stands
-// behind the layers and the current layer name are outside it.
-std::string document(std::vector<std::pair<std::string, std::string>> const& layers, std::string const& current,
-                     int version = 2, std::string const& behindLayers = "")
-{
-    std::string fields = str(kFileId) + i32(version) + i32(1) + i32(layers.size());
-    for (auto const& layer : layers)
-        fields += str(layer.first) + str(layer.second);
-    return i32(4 + fields.size()) + fields + behindLayers + str(current);
-}
-
-// Layer "a": a transform P at (1,2,3) with a child C, C proxied by P, P
-// selected; layer "b" empty; "a" current.
-std::string smallDocument()
-{
-    std::string const a = layerBody(kLayerA,
-                                     {record("iTransformGroup", transformObject(900001, "P", "a", 1, 2, 3)),
-                                      record("iNodeGroup", nodeObject(900002, "C", "a"), {900001})},
-                                     {{900002, 900001}}, {900001});
-    return document({{"a", a}, {"b", layerBody(kLayerB, {})}}, "a");
-}
 
 std::string replaceAll(std::string text, std::string const& from, std::string const& to)
 {
@@ -215,16 +142,34 @@ TEST_F(DocumentFile, DamagedFileLoadsAsFarAsItGoes)
     ASSERT_EQ(iLayersManager::getLayer("a"), a);
     EXPECT_EQ(a->getObjectsRoot()->getNumChildren(), 0u);
 
-    // A total size that is off by one destroys every layer.
+    // A total size that is off by one drops the whole document, but the
+    // layers the host registered stay, empty, where the host holds them:
+    // only the ghost layers of the file go.
     int const total = static_cast<int>(doc.size()) - 5; // behind the layers: the string "a"
     doc.replace(0, 4, i32(total + 1));
-    EXPECT_TRUE(manager->load(files.write("badtotal", doc)));
-    EXPECT_EQ(endLoads(), 1);
-    std::vector<iNodeLayer*> layers;
-    iLayersManager::getLayersList(layers);
-    EXPECT_TRUE(layers.empty());
-    EXPECT_EQ(iLayersManager::getLayer("a"), nullptr);
-    EXPECT_EQ(iLayersManager::getCurrentLayer(), nullptr);
+    std::string const unknown = layerBody(kLayerB, {record("iNodeGroup", nodeObject(900011, "x", "zz"))});
+    std::string damaged = document({{"a", layerBody(kLayerA, {record("iNodeGroup", nodeObject(900012, "y", "a"))})},
+                                    {"zz", unknown}},
+                                   "a");
+    damaged.replace(0, 4, i32(static_cast<int>(damaged.size()) - 5 - 1));
+    for (std::string const& file : {doc, damaged}) {
+        EXPECT_TRUE(manager->load(files.write("badtotal", file)));
+        EXPECT_EQ(endLoads(), 1);
+        std::vector<iNodeLayer*> layers;
+        iLayersManager::getLayersList(layers);
+        EXPECT_EQ(layers, (std::vector<iNodeLayer*>{a, b}));
+        EXPECT_EQ(iLayersManager::getLayer("a"), a);
+        EXPECT_EQ(a->getObjectsRoot()->getNumChildren(), 0u);
+        EXPECT_EQ(a->getObjectsCount(), 0);
+        EXPECT_EQ(iLayersManager::getCurrentLayer(), a);
+        a->addObject(make("usable").get(), false);
+        EXPECT_NE(a->findObjectByName("usable"), nullptr);
+    }
+    // The ghost layer of the damaged file is not written back.
+    ASSERT_TRUE(manager->saveAs(files.path("after")));
+    std::ifstream after(files.path("after"), std::ios::binary);
+    std::string const saved((std::istreambuf_iterator<char>(after)), std::istreambuf_iterator<char>());
+    EXPECT_EQ(saved.find("zz"), std::string::npos);
 }
 
 TEST_F(DocumentFile, VersionOneFileReadsSelectionBehindTheLayers)

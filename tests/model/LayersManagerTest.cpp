@@ -101,13 +101,19 @@ TEST_F(LayersManager, SaveNeedsAFileNameAndLoadRefillsTheSameLayers)
     Log const loaded{"empty", "db:0", "file", "beginLoad", "layer:a", "endLoad", "file:" + doc, "db:0"};
     EXPECT_EQ(events.take(), loaded);
 
-    // A save that cannot write still reports success.
+    // A save that cannot write still returns true, as callers expect, but
+    // the document stays modified under its old name and the reason is kept.
     manager->setUndoRedoEnabled(false);
     manager->storeForUndo("change");
     std::string const unwritable = testing::TempDir() + "no-such-directory/doc";
     EXPECT_TRUE(manager->saveAs(unwritable));
+    EXPECT_TRUE(manager->dbChanged());
+    EXPECT_EQ(manager->getCurrentFileName(), doc);
+    EXPECT_NE(manager->getLastSaveError().find("no-such-directory"), std::string::npos);
+    EXPECT_EQ(events.take(), (Log{"db:1", "beginSave", "db:1"}));
+    ASSERT_TRUE(manager->save());
+    EXPECT_EQ(manager->getLastSaveError(), "");
     EXPECT_FALSE(manager->dbChanged());
-    EXPECT_EQ(events.take(), (Log{"db:1", "beginSave", "file:" + unwritable, "db:0"}));
 }
 
 class LayerHistory : public LayersTest {
