@@ -2,6 +2,7 @@
 
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iSafeFileWriter.h>
 #include <iModelStage/model/iLayersManager.h>
 
 #include <unistd.h>
@@ -12,6 +13,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -21,6 +23,7 @@ typedef iUndoRedoManager::iUndoRedoManagerState State;
 namespace {
 
 int nextUid = 0;
+int const nameAttempts = 16;
 
 std::string snapshotDirectory()
 {
@@ -113,11 +116,22 @@ bool iUndoRedoManager::lock(bool on)
 std::string iUndoRedoManager::composeUndoRedoName()
 {
     ++nextUid;
-    // The process id keeps the names of two processes apart, the address
-    // those of two managers, the counter those of two snapshots.
-    auto const address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(this));
-    return snapshotDirectory() + "/iUR" + std::to_string(getpid()) + "-" + std::to_string(address) + "-" +
-           std::to_string(nextUid) + ".iur";
+    // The process id keeps the names of two processes apart and the counter
+    // those of two snapshots; the random token makes a name impossible to
+    // guess, so that nothing can be planted there in a shared folder. Both
+    // files are created here, exclusively: the name is ours from now on.
+    std::string const stem = snapshotDirectory() + "/iUR" + std::to_string(getpid()) + "-";
+    std::string path;
+    for (int attempt = 0; attempt < nameAttempts; ++attempt) {
+        path = stem + iSafeFileWriter::randomToken() + "-" + std::to_string(nextUid) + ".iur";
+        if (!iSafeFileWriter::createExclusive(path))
+            continue;
+        if (iSafeFileWriter::createExclusive(dataPathOf(path)))
+            return path;
+        std::remove(path.c_str());
+    }
+    // Nothing could be created: the write that follows fails and says so.
+    return path;
 }
 
 bool iUndoRedoManager::writeUndoRedoData(int uid, std::string const& path)
@@ -126,40 +140,69 @@ bool iUndoRedoManager::writeUndoRedoData(int uid, std::string const& path)
         return false;
     std::string const dataPath = dataPathOf(path);
     {
-        std::ofstream index(path);
-        if (!index)
+        iSafeFileWriter index;
+        if (!index.open(path, false))
             return false;
-        index << uid << dataPath;
-        if (!index.flush())
+        std::ostream text(index.buffer());
+        text << uid << dataPath;
+        if (!text.flush() || !index.commit())
             return false;
     }
-    std::filebuf file;
-    if (!file.open(dataPath, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
+    iSafeFileWriter file;
+    if (!file.open(dataPath, false))
         return false;
-    iOutStream stream(&file);
+    iOutStream stream(file.buffer());
     bool const previous = lock(true);
     _manager->saveToStream(stream);
     lock(previous);
     // A snapshot that did not reach the disk whole is no snapshot.
-    bool const written = stream.good();
-    return file.close() != nullptr && written;
+    if (!stream.good()) {
+        file.abandon();
+        return false;
+    }
+    return file.commit();
+}
+
+std::string iUndoRedoManager::indexedDataPath(int uid, std::string const& path)
+{
+    std::ifstream index(path);
+    if (!index)
+        return std::string();
+    int stored = 0;
+    if (!(index >> stored) || stored != uid)
+        return std::string();
+    std::string dataPath;
+    std::getline(index, dataPath);
+    // Only the data file this manager named belongs to the snapshot.
+    return dataPath == dataPathOf(path) ? dataPath : std::string();
+}
+
+bool iUndoRedoManager::isRestorable(iUndoRedoManagerState const* state) const
+{
+    if (!state)
+        return false;
+    std::string const dataPath = indexedDataPath(state->getUid(), state->getPath());
+    if (dataPath.empty())
+        return false;
+    std::filebuf file;
+    if (!file.open(dataPath, std::ios_base::in | std::ios_base::binary))
+        return false;
+    // A document file starts with its size and its id.
+    try {
+        iInStream stream(&file);
+        stream.readInt();
+        return stream.readString() == iLayersManager::FileId;
+    } catch (std::exception const&) {
+        return false;
+    }
 }
 
 bool iUndoRedoManager::readUndoRedoData(int uid, std::string const& path)
 {
     if (!_manager)
         return false;
-    std::string dataPath;
-    {
-        std::ifstream index(path);
-        if (!index)
-            return false;
-        int stored = 0;
-        if (!(index >> stored) || stored != uid)
-            return false;
-        std::getline(index, dataPath);
-    }
-    if (dataPath != dataPathOf(path))
+    std::string const dataPath = indexedDataPath(uid, path);
+    if (dataPath.empty())
         return false;
     std::filebuf file;
     if (!file.open(dataPath, std::ios_base::in | std::ios_base::binary))
@@ -218,6 +261,10 @@ bool iUndoRedoManager::undo(int count, bool storeCurrent)
 {
     if (!_manager || count < 1 || count > static_cast<int>(_undoList.size()))
         return false;
+    // A snapshot that is gone or not ours is found out before the document
+    // is touched, so that a failed undo loses nothing.
+    if (!isRestorable((*std::next(_undoList.begin(), count - 1))->getPrevState()))
+        return false;
     Item* moved = nullptr;
     for (int step = 0; step < count; ++step) {
         moved = _undoList.front();
@@ -244,6 +291,8 @@ bool iUndoRedoManager::undo(int count, bool storeCurrent)
 bool iUndoRedoManager::redo(int count)
 {
     if (!_manager || count < 1 || count > static_cast<int>(_redoList.size()))
+        return false;
+    if (!isRestorable((*std::next(_redoList.begin(), count - 1))->getNewState()))
         return false;
     Item* moved = nullptr;
     for (int step = 0; step < count; ++step) {

@@ -14,8 +14,13 @@ class iLayersManager;
 // data file, and the data: one complete document file); undo empties the
 // layers and reads the wanted snapshot back. The document after one step
 // is the document before the next, so neighbouring steps share one
-// snapshot. Any failure to write or read a snapshot gives up the whole
-// history.
+// snapshot. A snapshot that is missing or not this manager's is found out
+// before the document is touched, and the step is refused; any other
+// failure to write or read a snapshot gives up the whole history.
+//
+// Snapshot files have names that cannot be guessed, are created
+// exclusively and are replaced, never written through, so that a shared
+// temporary folder cannot be used to make the manager write elsewhere.
 class IMODELSTAGE_EXPORT iUndoRedoManager {
 public:
     // One snapshot on disk. Unless shared, it deletes its files when it goes.
@@ -93,6 +98,11 @@ protected:
     bool readUndoRedoData(int uid, std::string const& path);
 
 private:
+    // The data file that the index file at path names for uid, when both
+    // belong to this snapshot; empty otherwise.
+    static std::string indexedDataPath(int uid, std::string const& path);
+    // Whether the snapshot is there, is ours and holds a document.
+    bool isRestorable(iUndoRedoManagerState const* state) const;
     bool restore(iUndoRedoManagerState const* state);
     static void destroy(std::list<iUndoRedoManagerItem*>& items);
 

@@ -4,6 +4,10 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -174,9 +178,107 @@ TEST_F(UndoRedo, UndoWithoutStoringTheFrontStepLeavesNothingToRedo)
     ASSERT_EQ(undo->getRedoList().size(), 1u);
     EXPECT_EQ(undo->getRedoList().front()->getNewState(), nullptr);
 
+    // With no snapshot to go to, redo refuses before it touches anything.
     EXPECT_FALSE(manager->redo(1));
-    // A failed redo gives up the whole history.
+    EXPECT_EQ(names(), Log{"x"});
     EXPECT_FALSE(undo->canUndo());
-    EXPECT_FALSE(undo->canRedo());
-    EXPECT_TRUE(snapshots().empty());
+    EXPECT_EQ(undo->getRedoList().size(), 1u);
+    EXPECT_EQ(snapshots().size(), 2u);
+}
+
+TEST_F(UndoRedo, SnapshotThatIsGoneOrNotOursIsRefusedBeforeTheDocumentIsTouched)
+{
+    add("x");
+    manager->storeForUndo("one");
+    add("y");
+    manager->storeForUndo("two");
+    add("z");
+    std::string const index = undo->getUndoList().front()->getPrevState()->getPath();
+    auto refused = [&] {
+        EXPECT_FALSE(manager->undo(1, true));
+        EXPECT_EQ(names(), (Log{"x", "y", "z"}));
+        EXPECT_EQ(undo->getUndoList().size(), 2u);
+        EXPECT_TRUE(undo->getRedoList().empty());
+    };
+
+    // The index names another uid, then another process's data file.
+    std::string const original = readFile(index);
+    std::ofstream(index) << 999 << index << "data";
+    refused();
+    std::ofstream(index) << undo->getUndoList().front()->getPrevState()->getUid() << dir << "/iURother.iurdata";
+    refused();
+    std::ofstream(index) << original;
+
+    // The data file is gone.
+    std::string const data = index + "data";
+    std::string const bytes = readFile(data);
+    std::remove(data.c_str());
+    refused();
+
+    // Back in place, the same undo goes through.
+    std::ofstream(data, std::ios::binary) << bytes;
+    ASSERT_TRUE(manager->undo(1, true));
+    EXPECT_EQ(names(), (Log{"x", "y"}));
+}
+
+// The protected half of the manager, as a host's subclass sees it.
+class ExposedUndoRedoManager : public iUndoRedoManager {
+public:
+    using iUndoRedoManager::iUndoRedoManager;
+    using iUndoRedoManager::composeUndoRedoName;
+    using iUndoRedoManager::writeUndoRedoData;
+};
+
+TEST_F(UndoRedo, SnapshotNamesAreUnguessableAndLinksAreNotFollowed)
+{
+    ExposedUndoRedoManager exposed(manager.get());
+    std::string const first = exposed.composeUndoRedoName();
+    std::string const second = exposed.composeUndoRedoName();
+    // "iUR", the process, a random token, the counter: reserved at once,
+    // private to their owner.
+    std::string const process = dir + "/iUR" + std::to_string(getpid()) + "-";
+    for (std::string const& name : {first, second}) {
+        ASSERT_EQ(name.rfind(process, 0), 0u) << name;
+        EXPECT_EQ(name.size(), process.size() + 16 + 1 + std::to_string(iUndoRedoManager::getNextUid()).size() + 4);
+        for (std::string const& file : {name, name + "data"}) {
+            struct stat info;
+            ASSERT_EQ(lstat(file.c_str(), &info), 0) << file;
+            EXPECT_TRUE(S_ISREG(info.st_mode));
+            EXPECT_EQ(info.st_mode & 0777, 0600u);
+        }
+    }
+    EXPECT_NE(first.substr(process.size(), 16), second.substr(process.size(), 16));
+
+    // Links planted where a snapshot goes are replaced, never written through.
+    std::string const victim = dir + "/victim";
+    std::ofstream(victim) << "precious";
+    for (std::string const& name : {first, first + "data"}) {
+        std::remove(name.c_str());
+        ASSERT_EQ(symlink(victim.c_str(), name.c_str()), 0);
+    }
+    ASSERT_TRUE(exposed.writeUndoRedoData(7, first));
+    EXPECT_EQ(readFile(victim), "precious");
+    struct stat info;
+    ASSERT_EQ(lstat((first + "data").c_str(), &info), 0);
+    EXPECT_TRUE(S_ISREG(info.st_mode));
+    for (std::string const& name : {first, first + "data", second, second + "data", victim})
+        std::remove(name.c_str());
+}
+
+TEST_F(UndoRedo, DamagedSnapshotEmptiesTheLayersButKeepsThem)
+{
+    // A snapshot whose total size does not add up drops its content; the
+    // layers the host holds stay registered and usable.
+    add("x");
+    manager->storeForUndo("one");
+    add("y");
+    std::string const data = undo->getUndoList().front()->getPrevState()->getPath() + "data";
+    std::string bytes = readFile(data);
+    bytes[0] = static_cast<char>(bytes[0] + 1);
+    std::ofstream(data, std::ios::binary) << bytes;
+    ASSERT_TRUE(manager->undo(1, true));
+    EXPECT_EQ(iLayersManager::getLayer("a"), a);
+    EXPECT_TRUE(names().empty());
+    add("z");
+    EXPECT_EQ(names(), Log{"z"});
 }
