@@ -59,6 +59,9 @@
 #include <iModelStage/model/iSettingsManagerNotifierLock.h>
 #include <iModelStage/model/iTransformGroup.h>
 #include <iModelStage/model/iUndoRedoManager.h>
+#include <iModelStage/viewing/iAdapterWidget.h>
+#include <iModelStage/viewing/iGuiEventMapping.h>
+#include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/reporting/iExceptionManagerInterface.h>
 #include <iModelStage/reporting/iProgressHandler.h>
 #include <iModelStage/reporting/iProgressInterface.h>
