@@ -60,6 +60,7 @@
 #include <iModelStage/model/iTransformGroup.h>
 #include <iModelStage/model/iUndoRedoManager.h>
 #include <iModelStage/viewing/iAdapterWidget.h>
+#include <iModelStage/viewing/iBaseView.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/reporting/iExceptionManagerInterface.h>
