@@ -2,10 +2,18 @@
 
 I_REGISTER_CLASS(iExceptionManagerInterface)
 
-void iExceptionManagerInterface::start(std::string const&) {}
+void iExceptionManagerInterface::start(std::string const&)
+{
+}
 
-void iExceptionManagerInterface::end() {}
+void iExceptionManagerInterface::end()
+{
+}
 
-void iExceptionManagerInterface::clear() {}
+void iExceptionManagerInterface::clear()
+{
+}
 
-void iExceptionManagerInterface::handleBlock(iExceptionBlock*) {}
+void iExceptionManagerInterface::handleBlock(iExceptionBlock*)
+{
+}
