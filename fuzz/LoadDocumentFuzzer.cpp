@@ -1,5 +1,6 @@
 // Feeds arbitrary bytes to the document reader, then uses what it built:
-// walks every object, saves the document again and reloads that save. A
+// walks every object, merges the same bytes in through the file scanner,
+// saves the document again and reloads that save. A
 // tree with a cycle, a dangling pointer or a double parent shows up here as
 // a hang, a sanitizer report or a failed check.
 #include <iModelStage/frame/iInStream.h>
@@ -10,6 +11,7 @@
 #include <iModelStage/model/iNodeGroup.h>
 #include <iModelStage/model/iNodeLayer.h>
 #include <iModelStage/model/iTransformGroup.h>
+#include <iModelStage/reporting/iDBScannerHandler.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -35,7 +37,12 @@ char const* const kLayerNames[] = {"a", "b", "objects"};
 iLayersManager* manager()
 {
     // Never deleted: layers live for the process, as in an application.
-    static iLayersManager* instance = new iLayersManager;
+    static iLayersManager* instance = [] {
+        auto* created = new iLayersManager;
+        // A merge is one undo step; snapshots would only fill the disk here.
+        created->setUndoRedoEnabled(false);
+        return created;
+    }();
     return instance;
 }
 
@@ -62,6 +69,30 @@ bool load(char const* data, std::size_t size)
         return false;
     }
     return true;
+}
+
+// Reads the bytes as a file to merge and merges what it found; the scanner
+// may only fail with its own literal or a stream error.
+void merge(char const* data, std::size_t size)
+{
+    osg::ref_ptr<iNodeLayer> found = new iNodeLayer;
+    iMemoryBuffer buffer(data, size);
+    iInStream stream(&buffer);
+    iDBScannerHandler scanner;
+    try {
+        scanner.collectObjects(stream, found.get(), "", {});
+    } catch (char const* what) {
+        if (!what || std::strcmp(what, "Invalid file") != 0)
+            failCheck("unexpected text thrown by the scanner");
+    } catch (std::exception const&) {
+    }
+    NodeList objects;
+    found->getObjectsList(found->getObjectsRoot(), objects, nullptr);
+    NodeList roots;
+    for (osg::ref_ptr<osg::Node> const& node : objects)
+        if (node->getNumParents() > 0 && node->getParent(0) == found->getObjectsRoot())
+            roots.push_back(node);
+    scanner.addObjectsToDB(roots);
 }
 
 std::string save()
@@ -172,6 +203,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     documents->emptyAllLayers();
 
     load(reinterpret_cast<char const*>(data), size);
+    walk();
+    merge(reinterpret_cast<char const*>(data), size);
     walk();
     std::string const saved = save();
     documents->emptyAllLayers();

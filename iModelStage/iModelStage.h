@@ -63,6 +63,9 @@
 #include <iModelStage/viewing/iBaseView.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
+#include <iModelStage/reporting/iDBItem.h>
+#include <iModelStage/reporting/iDBScanner.h>
+#include <iModelStage/reporting/iDBScannerHandler.h>
 #include <iModelStage/reporting/iExceptionBlock.h>
 #include <iModelStage/reporting/iExceptionItem.h>
 #include <iModelStage/reporting/iExceptionManager.h>

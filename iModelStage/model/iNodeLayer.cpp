@@ -270,10 +270,14 @@ void iNodeLayer::read(iInStream& stream, int version)
         progress.setValue(i + 1);
     }
 
-    // Ids to records; of two records with one id, the later one answers.
-    std::vector<std::pair<long, std::size_t>> byId(objects.size());
+    // Ids to records; of two records with one id, the later one answers. A
+    // ghost's id is a fresh one, not the file's: no link may reach it, even
+    // where a file's id happens to equal it.
+    std::vector<std::pair<long, std::size_t>> byId;
+    byId.reserve(objects.size());
     for (std::size_t i = 0; i < objects.size(); ++i)
-        byId[i] = {objects[i]->getUniqueId(), i};
+        if (!objects[i]->asGhost())
+            byId.emplace_back(objects[i]->getUniqueId(), i);
     std::sort(byId.begin(), byId.end());
     // Parents among the records by index; parents already in the layer by
     // pointer, measured as the link budget needs them.
@@ -286,7 +290,9 @@ void iNodeLayer::read(iInStream& stream, int version)
         auto it = std::upper_bound(byId.begin(), byId.end(), std::make_pair(parentIds[k], objects.size()));
         if (it != byId.begin() && std::prev(it)->first == parentIds[k]) {
             parentIndices[k] = static_cast<int>(std::prev(it)->second);
-        } else if ((existing[k] = findObjectByUniqueId(parentIds[k]))) {
+        } else if ((existing[k] = findObjectByUniqueId(parentIds[k])) && existing[k]->asGhost()) {
+            existing[k] = nullptr;
+        } else if (existing[k]) {
             anchors[k] = iParentLinks::measure(existing[k], getObjectsRoot(), loaded.known);
         }
     }
