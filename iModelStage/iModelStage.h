@@ -57,6 +57,10 @@
 #include <iModelStage/model/iSettingsManagerNotifierLock.h>
 #include <iModelStage/model/iTransformGroup.h>
 #include <iModelStage/model/iUndoRedoManager.h>
+#include <iModelStage/geometry/iImageGroup.h>
+#include <iModelStage/geometry/iImagesLayer.h>
+#include <iModelStage/geometry/iMaterialGroup.h>
+#include <iModelStage/geometry/iMaterialsLayer.h>
 #include <iModelStage/reporting/iExceptionManagerInterface.h>
 #include <iModelStage/reporting/iProgressHandler.h>
 #include <iModelStage/reporting/iProgressInterface.h>
