@@ -1,3 +1,5 @@
+#include "geometry/BuilderTestSupport.h"
+
 #include <iModelStage/geometry/iGeometricBuilder.h>
 
 #include <osg/AutoTransform>
@@ -10,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <filesystem>
@@ -62,14 +65,6 @@ osg::Geometry* firstGeometry(osg::Node* node)
 {
     osg::Geode* geode = node ? node->asGeode() : nullptr;
     return geode && geode->getNumDrawables() > 0 ? geode->getDrawable(0)->asGeometry() : nullptr;
-}
-
-osg::Vec3Array* vec3s(std::vector<osg::Vec3f> const& values)
-{
-    osg::Vec3Array* array = new osg::Vec3Array;
-    for (osg::Vec3f const& v : values)
-        array->push_back(v);
-    return array;
 }
 
 } // namespace
