@@ -10,6 +10,7 @@
 #include <iModelStage/frame/iClass.h>
 #include <iModelStage/frame/iClassIcons.h>
 #include <iModelStage/frame/iExport.h>
+#include <iModelStage/frame/iFontSubstitutes.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iMapList.h>
 #include <iModelStage/frame/iMemoryBuffer.h>
@@ -59,6 +60,13 @@
 #include <iModelStage/model/iSettingsManagerNotifierLock.h>
 #include <iModelStage/model/iTransformGroup.h>
 #include <iModelStage/model/iUndoRedoManager.h>
+#include <iModelStage/geometry/iAlgoUtils.h>
+#include <iModelStage/geometry/iGeometricBuilder.h>
+#include <iModelStage/geometry/iImageGroup.h>
+#include <iModelStage/geometry/iImagesLayer.h>
+#include <iModelStage/geometry/iMaterialGroup.h>
+#include <iModelStage/geometry/iMaterialsLayer.h>
+#include <iModelStage/geometry/iOOBBox.h>
 #include <iModelStage/viewing/iAdapterWidget.h>
 #include <iModelStage/viewing/iBaseView.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
