@@ -10,6 +10,7 @@
 #include <iModelStage/frame/iClass.h>
 #include <iModelStage/frame/iClassIcons.h>
 #include <iModelStage/frame/iExport.h>
+#include <iModelStage/frame/iFontSubstitutes.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iMapList.h>
 #include <iModelStage/frame/iMemoryBuffer.h>
@@ -57,9 +58,11 @@
 #include <iModelStage/model/iSettingsManagerNotifierLock.h>
 #include <iModelStage/model/iTransformGroup.h>
 #include <iModelStage/model/iUndoRedoManager.h>
+#include <iModelStage/geometry/iAlgoUtils.h>
 #include <iModelStage/geometry/iCircleEntity.h>
 #include <iModelStage/geometry/iComputeGeomBoundsVisitor.h>
 #include <iModelStage/geometry/iEntityGroup.h>
+#include <iModelStage/geometry/iGeometricBuilder.h>
 #include <iModelStage/geometry/iGeometricEntity.h>
 #include <iModelStage/geometry/iGeometricGroup.h>
 #include <iModelStage/geometry/iGeometricGroupCallback.h>
@@ -70,6 +73,7 @@
 #include <iModelStage/geometry/iLineEntity.h>
 #include <iModelStage/geometry/iMaterialGroup.h>
 #include <iModelStage/geometry/iMaterialsLayer.h>
+#include <iModelStage/geometry/iOOBBox.h>
 #include <iModelStage/geometry/iPointEntity.h>
 #include <iModelStage/geometry/iPolyLineEntity.h>
 #include <iModelStage/geometry/iPolygonEntity.h>

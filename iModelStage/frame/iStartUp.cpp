@@ -1,6 +1,7 @@
 #include <iModelStage/frame/iStartUp.h>
 
 #include <iModelStage/frame/iClassIcons.h>
+#include <iModelStage/frame/iFontSubstitutes.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/frame/iRoot.h>
@@ -190,4 +191,7 @@ void iModelStage_startUp()
         if (std::string(row.className) == "iInputPlane")
             iAddClassIcon("iInputPlane", ":/images/iplane.png");
     }
+
+    // Labels and axes name a font that free systems lack.
+    iFontSubstitutes::install();
 }
