@@ -50,10 +50,10 @@ void registerOnce()
     static Registrations const once;
 }
 
-template <class T>
-T* cached(iGeometricGroup* group, std::size_t index)
+template <class T, class Group>
+T* cached(Group* group, std::size_t index)
 {
-    auto& renderers = static_cast<iPriorityGroup*>(group)->getCachedRenderer();
+    auto& renderers = group->getCachedRenderer();
     return index < renderers.size() ? dynamic_cast<T*>(renderers[index].get()) : nullptr;
 }
 
