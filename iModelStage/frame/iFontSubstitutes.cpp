@@ -48,7 +48,10 @@ bool ownDirectory(fs::path const& directory)
 bool linksTo(fs::path const& link, fs::path const& target)
 {
     std::error_code error;
-    return fs::is_symlink(fs::symlink_status(link, error)) && fs::read_symlink(link, error) == target && !error;
+    if (!fs::is_symlink(fs::symlink_status(link, error)))
+        return false;
+    fs::path const points = fs::read_symlink(link, error);
+    return !error && points == target;
 }
 
 // The link at its place; another process may have made it meanwhile.

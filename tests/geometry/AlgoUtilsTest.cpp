@@ -1,3 +1,5 @@
+#include "geometry/BuilderTestSupport.h"
+
 #include <iModelStage/geometry/iAlgoUtils.h>
 #include <iModelStage/geometry/iOOBBox.h>
 
@@ -7,14 +9,6 @@
 #include <vector>
 
 namespace {
-
-osg::Vec3Array* vec3s(std::vector<osg::Vec3f> const& values)
-{
-    osg::Vec3Array* array = new osg::Vec3Array;
-    for (osg::Vec3f const& v : values)
-        array->push_back(v);
-    return array;
-}
 
 osg::ref_ptr<osg::Vec2dArray> vec2s(std::vector<osg::Vec2d> const& values)
 {
