@@ -81,14 +81,8 @@ TEST_F(GeometricGroupTest, ClassRowPropertiesAndFreshState)
     EXPECT_EQ(iGeometricGroup::getClassStatic().getProperty("clr", true).getGroup(), std::string("Rendering"));
     EXPECT_EQ(iGeometricGroup::getClassStatic().getProperty("material", true).getTypeName(),
               std::string("iMaterialGroupObserver"));
-    EXPECT_EQ(iGeometricGroup::getClassStatic().getProperty("usecolor", true).getTypeName(),
-              std::string("iBoolSwitch"));
     EXPECT_EQ(iGeometricGroup::getClassStatic().getProperty("visible", true).getGroup(), std::string("State"));
     EXPECT_EQ(iGeometryRenderer::getClassStatic().getProperty("visible", true).getGroup(), std::string("State"));
-    for (char const* name : {"iGeometricGroupCallback", "iGeometryRenderer", "iGeometryRendererManager"}) {
-        ASSERT_TRUE(iRoot::getParentClassName(name, parent));
-        EXPECT_EQ(parent, "iRoot");
-    }
 
     osg::ref_ptr<iGeometricGroup> group = new iGeometricGroup;
     EXPECT_EQ(group->getClassVersion(), 3);
