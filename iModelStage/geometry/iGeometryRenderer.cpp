@@ -91,10 +91,10 @@ void iGeometryRenderer::setClassFilter(std::set<std::string> const& filter)
 
 void iGeometryRenderer::forceGeometricLayerUpdate()
 {
-    iNodeLayer* layer = geometricsLayer();
-    if (!layer)
+    if (!geometricsLayer())
         return;
-    // The geometrics layer queues its groups here once it exists.
+    // The layer's own forceGeometricUpdate, which queues all its groups,
+    // is called here from the geometrics layer class on.
 }
 
 bool iGeometryRenderer::getGeometricEntities(std::vector<iEntityGroup>&)
