@@ -1,0 +1,3 @@
+#include <iModelStage/geometry/iPolyLineEntity.h>
+
+I_DEFINE_CLASS(iPolyLineEntity)

@@ -1,0 +1,3 @@
+#include <iModelStage/geometry/iPolygonEntity.h>
+
+I_REGISTER_CLASS(iPolygonEntity)

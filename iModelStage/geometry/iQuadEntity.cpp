@@ -1,0 +1,3 @@
+#include <iModelStage/geometry/iQuadEntity.h>
+
+I_REGISTER_CLASS(iQuadEntity)

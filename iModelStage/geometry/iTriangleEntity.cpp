@@ -1,0 +1,3 @@
+#include <iModelStage/geometry/iTriangleEntity.h>
+
+I_REGISTER_CLASS(iTriangleEntity)
