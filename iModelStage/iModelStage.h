@@ -71,6 +71,8 @@
 #include <iModelStage/geometry/iGeometricEntity.h>
 #include <iModelStage/geometry/iGeometricGroup.h>
 #include <iModelStage/geometry/iGeometricGroupCallback.h>
+#include <iModelStage/geometry/iGeometricsLayer.h>
+#include <iModelStage/geometry/iGeometricsLayerUpdateCallback.h>
 #include <iModelStage/geometry/iGeometryEvaluator.h>
 #include <iModelStage/geometry/iGeometryEvaluatorObject.h>
 #include <iModelStage/geometry/iGeometryRenderer.h>
@@ -80,6 +82,8 @@
 #include <iModelStage/geometry/iImagesLayer.h>
 #include <iModelStage/geometry/iImportExportCallBack.h>
 #include <iModelStage/geometry/iImportExportManager.h>
+#include <iModelStage/geometry/iInputPlane.h>
+#include <iModelStage/geometry/iInputPlanesLayer.h>
 #include <iModelStage/geometry/iLineEntity.h>
 #include <iModelStage/geometry/iMaterialGroup.h>
 #include <iModelStage/geometry/iMaterialsLayer.h>
@@ -89,12 +93,15 @@
 #include <iModelStage/geometry/iPolygonEntity.h>
 #include <iModelStage/geometry/iQuadEntity.h>
 #include <iModelStage/geometry/iQuoteEntity.h>
+#include <iModelStage/geometry/iSnapHelper.h>
 #include <iModelStage/geometry/iTextEntity.h>
 #include <iModelStage/geometry/iTriangleEntity.h>
 #include <iModelStage/viewing/iAdapterWidget.h>
 #include <iModelStage/viewing/iBaseView.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
+#include <iModelStage/snapping/iBaseSnap.h>
+#include <iModelStage/snapping/iSnapGeometry.h>
 #include <iModelStage/reporting/iDBItem.h>
 #include <iModelStage/reporting/iDBScanner.h>
 #include <iModelStage/reporting/iDBScannerHandler.h>
