@@ -78,6 +78,7 @@
 #include <iModelStage/geometry/iGeometryRenderer.h>
 #include <iModelStage/geometry/iGeometryRendererManager.h>
 #include <iModelStage/geometry/iGridGroup.h>
+#include <iModelStage/geometry/iGridsLayer.h>
 #include <iModelStage/geometry/iImageGroup.h>
 #include <iModelStage/geometry/iImagesLayer.h>
 #include <iModelStage/geometry/iImportExportCallBack.h>

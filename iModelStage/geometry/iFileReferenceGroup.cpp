@@ -4,6 +4,8 @@
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/frame/iTranslate.h>
 #include <iModelStage/geometry/iImportExportManager.h>
+#include <iModelStage/model/iBaseModel.h>
+#include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iNodeLayer.h>
 
@@ -17,6 +19,19 @@ I_REGISTER_PROPERTY(iFileReferenceGroup, iScaleUnit, scaleunit, "Generale")
 namespace {
 
 char const* const kGeometricsLayer = "iGeometricsLayer";
+
+// The objects of an import come from their file at every load: none of
+// them is written to the document, nor only the wrapper above them.
+void keepOutOfDocument(osg::Node* content)
+{
+    iForEachNode(content, [](osg::Node* node) {
+        if (node->asGeode() || iBaseModel::isRendererContainer(node))
+            return iVisit::SkipChildren;
+        if (auto* object = dynamic_cast<iNodeGroup*>(node))
+            object->setFlag(6, false);
+        return iVisit::Continue;
+    });
+}
 
 } // namespace
 
@@ -118,8 +133,10 @@ void iFileReferenceGroup::load()
         wrapper->setFlag(6, false);
         referencedNode = wrapper;
         wrapper->addChild(content.get());
-        if (dynamic_cast<iGeometricGroup*>(content.get()))
+        if (dynamic_cast<iGeometricGroup*>(content.get())) {
+            keepOutOfDocument(content.get());
             layer->addChildObject(this, wrapper.get(), true);
+        }
         else
             _detachedWrapper = wrapper;
     }

@@ -28,8 +28,7 @@ protected:
     {
         LayersTest::SetUp();
         registerImporter();
-        char const* layerClass = iRoot::findClass("iGeometricsLayer") ? "iGeometricsLayer" : "iNodeLayer";
-        geometrics = iLayersManager::registerNodeLayerClass(layerClass, "iGeometricsLayer");
+        geometrics = iLayersManager::registerNodeLayerClass("iGeometricsLayer", "iGeometricsLayer");
         reference = make<iFileReferenceGroup>("reference");
         geometrics->addObject(reference.get(), true);
     }

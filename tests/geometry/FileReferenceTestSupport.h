@@ -6,6 +6,7 @@
 
 #include <iModelStage/geometry/iFileReferenceGroup.h>
 #include <iModelStage/geometry/iImportExportCallBack.h>
+#include <iModelStage/geometry/iImportExportManager.h>
 
 #include <osg/Geode>
 #include <osg/Geometry>
