@@ -302,7 +302,6 @@ void iNodeLayer::read(iInStream& stream, int version)
     std::vector<iNodeGroup*> roots;
     for (std::size_t i = 0; i < objects.size(); ++i) {
         iNodeGroup* object = objects[i].get();
-        loaded.known[object] = links.anchorOf(i);
         bool hasParent = false;
         for (std::size_t k = first[i]; k < first[i + 1]; ++k) {
             if (!links.keep(k))

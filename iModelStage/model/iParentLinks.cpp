@@ -125,9 +125,6 @@ iParentLinks::iParentLinks(std::vector<std::size_t> const& first, std::vector<in
     m_keep.resize(links);
     for (std::size_t k = 0; k < links; ++k)
         m_keep[k] = state[k] == Kept;
-    m_anchors.resize(count);
-    for (std::size_t i = 0; i < count; ++i)
-        m_anchors[i] = Anchor{paths[i], depth[i]};
 }
 
 iParentLinks::Anchor iParentLinks::measure(osg::Node const* node, osg::Node const* root, Anchors& known)

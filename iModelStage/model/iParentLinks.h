@@ -56,16 +56,14 @@ public:
 
     // Whether link k (an index into parents) is kept.
     bool keep(std::size_t link) const { return m_keep[link]; }
-    // Object i as it will stand once its kept links are made.
-    Anchor anchorOf(std::size_t object) const { return m_anchors[object]; }
 
     // Measures a node of a layer whose objects root is root, remembering
-    // what it learns in known. Counts stop growing past any budget.
+    // what it learns in known: objects of an earlier read are measured only
+    // when a later one links to them. Counts stop growing past any budget.
     static Anchor measure(osg::Node const* node, osg::Node const* root, Anchors& known);
 
 private:
     std::vector<bool> m_keep;
-    std::vector<Anchor> m_anchors;
 };
 
 #endif
