@@ -45,6 +45,7 @@
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iLayersManagerLock.h>
 #include <iModelStage/model/iLoopLock.h>
+#include <iModelStage/model/iMatrixParts.h>
 #include <iModelStage/model/iModelSearchOptimizer.h>
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iNodeGroup.h>

@@ -30,6 +30,23 @@ double decodeDouble(unsigned char const* bytes)
     return value;
 }
 
+// The get area of any stream buffer. Its pointers are protected; a member
+// pointer named through a derived class is the lawful way to reach them.
+struct GetArea : std::streambuf {
+    // Copies size bytes out of the get area if it holds them.
+    static bool tryGet(std::streambuf* buffer, char* into, std::streamsize size)
+    {
+        if (size == 0)
+            return true;
+        char* const next = (buffer->*&GetArea::gptr)();
+        if ((buffer->*&GetArea::egptr)() - next < size)
+            return false;
+        std::memcpy(into, next, static_cast<std::size_t>(size));
+        (buffer->*&GetArea::gbump)(static_cast<int>(size));
+        return true;
+    }
+};
+
 } // namespace
 
 iInStream::iInStream(std::streambuf* buffer) : std::istream(buffer) {}
@@ -51,17 +68,10 @@ void iInStream::readRaw(char* into, std::streamsize size)
     if (!good() || !rdbuf())
         failWith("read from a failed stream");
     std::streambuf* buffer = rdbuf();
-    // Single values come straight from the get area: a virtual call per
-    // int or double dominated reading large documents.
-    if (size <= 8) {
-        for (std::streamsize i = 0; i < size; ++i) {
-            int_type const c = buffer->sbumpc();
-            if (traits_type::eq_int_type(c, traits_type::eof()))
-                failWith("stream ends too early");
-            into[i] = traits_type::to_char_type(c);
-        }
+    // Values come straight from the get area when it holds them: a call per
+    // byte or per value dominated reading large documents.
+    if (GetArea::tryGet(buffer, into, size))
         return;
-    }
     if (buffer->sgetn(into, size) != size)
         failWith("stream ends too early");
 }

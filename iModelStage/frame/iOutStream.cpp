@@ -25,6 +25,23 @@ void encodeDouble(double value, char* out)
     encode32(static_cast<std::uint32_t>(bits >> 32), out + 4);
 }
 
+// The put area of any stream buffer. Its pointers are protected; a member
+// pointer named through a derived class is the lawful way to reach them.
+struct PutArea : std::streambuf {
+    // Copies size bytes into the put area if they fit there.
+    static bool tryPut(std::streambuf* buffer, char const* data, std::streamsize size)
+    {
+        if (size == 0)
+            return true;
+        char* const next = (buffer->*&PutArea::pptr)();
+        if ((buffer->*&PutArea::epptr)() - next < size)
+            return false;
+        std::memcpy(next, data, static_cast<std::size_t>(size));
+        (buffer->*&PutArea::pbump)(static_cast<int>(size));
+        return true;
+    }
+};
+
 } // namespace
 
 iOutStream::iOutStream(std::streambuf* buffer) : std::ostream(buffer) {}
@@ -54,14 +71,10 @@ void iOutStream::writeRaw(char const* data, std::streamsize size)
     if (!good() || !rdbuf())
         failWith("write to a failed stream");
     std::streambuf* buffer = rdbuf();
-    // Single values go straight into the put area: a virtual call per int
-    // or double dominated writing large documents.
-    if (size <= 8) {
-        for (std::streamsize i = 0; i < size; ++i)
-            if (traits_type::eq_int_type(buffer->sputc(data[i]), traits_type::eof()))
-                failWith("write error");
+    // Values go straight into the put area when they fit: a call per byte
+    // or per value dominated writing large documents.
+    if (PutArea::tryPut(buffer, data, size))
         return;
-    }
     if (buffer->sputn(data, size) != size)
         failWith("write error");
 }

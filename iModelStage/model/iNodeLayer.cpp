@@ -3,6 +3,7 @@
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iMemoryBuffer.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iPointerTable.h>
 #include <iModelStage/frame/iTranslate.h>
 #include <iModelStage/model/iGhostNode.h>
 #include <iModelStage/model/iNodeGroup.h>
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 I_REGISTER_PERSISTENT_CLASS(iNodeLayer)
@@ -127,13 +127,25 @@ void iNodeLayer::iWriteNodeGroup(iNodeGroup* object, iOutStream& stream)
     iMemoryBuffer& buffer = scratch.buffer();
     iOutStream& record = scratch.stream();
     iRoot::writeObject(object, record);
-    std::vector<int> parentIds;
-    for (unsigned int i = 0; i < object->getNumParents(); ++i)
-        if (iNodeGroup* parent = dynamic_cast<iNodeGroup*>(object->getParent(i)))
-            parentIds.push_back(static_cast<int>(parent->getUniqueId()));
-    record.writeInt(static_cast<int>(parentIds.size()));
-    for (int id : parentIds)
-        record.writeInt(id);
+    // Most objects have one parent: their ids wait on the stack, not on the
+    // heap.
+    int shortIds[16];
+    std::vector<int> longIds;
+    int count = 0;
+    for (unsigned int i = 0; i < object->getNumParents(); ++i) {
+        iNodeGroup* parent = dynamic_cast<iNodeGroup*>(object->getParent(i));
+        if (!parent)
+            continue;
+        int const id = static_cast<int>(parent->getUniqueId());
+        if (count < 16)
+            shortIds[count] = id;
+        else
+            longIds.push_back(id);
+        ++count;
+    }
+    record.writeInt(count);
+    for (int k = 0; k < count; ++k)
+        record.writeInt(k < 16 ? shortIds[k] : longIds[static_cast<std::size_t>(k - 16)]);
     stream.writeInt(static_cast<int>(buffer.size()));
     stream.writeRaw(buffer.data(), static_cast<std::streamsize>(buffer.size()));
 }
@@ -150,7 +162,9 @@ void iNodeLayer::write(iOutStream& stream)
     progress.setInfoText(progressText("Scrittura di ", objects.size()));
     progress.begin();
 
-    std::unordered_set<osg::Node*> written;
+    // Flat, so that remembering an object costs no allocation.
+    iPointerTable<bool, 0, 3, 20> written;
+    written.reserve(objects.size());
     int count = 0;
     int step = 0;
     for (osg::ref_ptr<osg::Node> const& node : objects) {
@@ -158,7 +172,7 @@ void iNodeLayer::write(iOutStream& stream)
         if (!object)
             continue;
         // An object with two parents is met twice and written once.
-        if (written.count(object)) {
+        if (written.contains(object)) {
             progress.setValue(++step);
             continue;
         }
@@ -175,7 +189,7 @@ void iNodeLayer::write(iOutStream& stream)
             stream.writeString(object->getClassName());
             iWriteNodeGroup(object, stream);
         }
-        written.insert(object);
+        written.insert(object, true);
         ++count;
         progress.setValue(++step);
     }
