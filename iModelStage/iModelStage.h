@@ -15,6 +15,7 @@
 #include <iModelStage/frame/iMemoryBuffer.h>
 #include <iModelStage/frame/iNullClass.h>
 #include <iModelStage/frame/iObjectMacros.h>
+#include <iModelStage/frame/iObjectPool.h>
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/frame/iPointerCounts.h>
 #include <iModelStage/frame/iPointerTable.h>

@@ -2,6 +2,7 @@
 #define IMODELSTAGE_MODEL_INODEGROUP_H
 
 #include <iModelStage/frame/iObjectMacros.h>
+#include <iModelStage/frame/iObjectPool.h>
 
 #include <osg/PositionAttitudeTransform>
 
@@ -27,6 +28,12 @@ public:
     // A copy gets its own flag block, never the source's, and starts with
     // no connections.
     iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop = osg::CopyOp::SHALLOW_COPY);
+
+    // Objects live in the object pool, so that a document stays together
+    // in memory whatever the host allocates around it.
+    static void* operator new(std::size_t size) { return iObjectPool::allocate(size); }
+    static void* operator new(std::size_t, void* place) { return place; }
+    static void operator delete(void* block, std::size_t size) { iObjectPool::deallocate(block, size); }
 
     sigslot::signal3<iNodeGroup*, unsigned int, bool> sigFlagChanged;
     sigslot::signal3<iNodeGroup*, std::bitset<32>, std::bitset<32>> sigFlagsChanged;
