@@ -85,6 +85,18 @@ Descriptions& descriptions()
     return *table;
 }
 
+// Set by newClassToRead for the first object that the factory constructs.
+thread_local bool unkeyedNext = false;
+
+long initialId()
+{
+    if (unkeyedNext) {
+        unkeyedNext = false;
+        return 0;
+    }
+    return ids().takeFresh();
+}
+
 std::string text(char const* s)
 {
     return s ? std::string(s) : std::string();
@@ -92,7 +104,16 @@ std::string text(char const* s)
 
 } // namespace
 
-iRoot::iRoot() : _uniqueId(ids().takeFresh()) {}
+iRoot::iRoot() : _uniqueId(initialId()) {}
+
+iRoot* iRoot::newClassToRead(char const* className)
+{
+    struct Unkeyed {
+        Unkeyed() { unkeyedNext = true; }
+        ~Unkeyed() { unkeyedNext = false; }
+    } scope;
+    return newClass(className);
+}
 
 iRoot::iRoot(iRoot const& other)
     : iSlot(), iNullClass(), _uniqueId(other._uniqueId), _name(other._name)

@@ -64,6 +64,10 @@ public:
 
     // Class table.
     static iRoot* newClass(char const* className);
+    // The same for a reader that gives the object its stored id at once, as
+    // readObject does: the object starts with the id 0, which no live object
+    // holds, instead of taking a fresh id only to give it back.
+    static iRoot* newClassToRead(char const* className);
     static bool findClass(char const* className);
     static bool isClassOf(char const* className, char const* baseName);
     static bool getParentClassName(char const* className, std::string& parent);

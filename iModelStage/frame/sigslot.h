@@ -8,12 +8,17 @@
 // receiver (has_slots) remembers which signals point at it, so that either
 // side going away ends the connection.
 //
+// A signal is one pointer. Its list, lock and blocked flag live in a state
+// that the first connection creates, so that the many signals of a document
+// object that nobody connects cost eight bytes each.
+//
 // Emission is re-entrant and tolerant of change while it runs: a slot may
 // disconnect itself or any other receiver, destroy a receiver, or connect new
 // ones. Disconnected links are only marked dead during an emission and swept
 // when the outermost emission ends; links made during an emission first fire
 // on the next one.
 
+#include <iModelStage/frame/iObjectPool.h>
 #include <iModelStage/frame/iPointerCounts.h>
 
 #include <atomic>
@@ -150,9 +155,12 @@ private:
     iAddressCounts m_senders;
 };
 
-// The connection list and emission walk shared by signal0 to signal4.
+// The connection list, lock, blocked flag and emission walk of one signal.
+// A signal creates its state on first use; receivers know the state as the
+// sender. States live in the object pool, beside the objects whose signals
+// they serve.
 template <class mt_policy, class... Args>
-class _signal_impl : public _signal_base<mt_policy> {
+class _signal_state : public _signal_base<mt_policy> {
     typedef has_slots<mt_policy> receiver_type;
 
     // A link of the singly linked connection list.
@@ -186,21 +194,13 @@ class _signal_impl : public _signal_base<mt_policy> {
     static constexpr std::size_t inline_size = 48;
 
 public:
-    _signal_impl() = default;
+    _signal_state() = default;
+    _signal_state(_signal_state const&) = delete;
+    _signal_state& operator=(_signal_state const&) = delete;
+    ~_signal_state() override { disconnect_all(); }
 
-    // A copied signal reaches the same receivers.
-    _signal_impl(_signal_impl const& other) : _signal_base<mt_policy>(other) { copyConnections(other); }
-
-    _signal_impl& operator=(_signal_impl const& other)
-    {
-        if (this != &other) {
-            disconnect_all();
-            copyConnections(other);
-        }
-        return *this;
-    }
-
-    ~_signal_impl() override { disconnect_all(); }
+    static void* operator new(std::size_t size) { return iObjectPool::allocate(size); }
+    static void operator delete(void* block, std::size_t size) { iObjectPool::deallocate(block, size); }
 
     // The slot may be declared in a base of the target's class.
     template <class Target, class Receiver>
@@ -315,13 +315,13 @@ private:
     // Keeps the emission depth right even when a slot throws, and sweeps
     // the links that were disconnected while the list was being walked.
     struct EmissionScope {
-        explicit EmissionScope(_signal_impl* s) : signal(s) { ++signal->m_emitting; }
+        explicit EmissionScope(_signal_state* s) : signal(s) { ++signal->m_emitting; }
         ~EmissionScope()
         {
             if (--signal->m_emitting == 0)
                 signal->sweep();
         }
-        _signal_impl* signal;
+        _signal_state* signal;
     };
 
     void append(connection* c)
@@ -382,7 +382,9 @@ private:
         }
     }
 
-    void copyConnections(_signal_impl const& other)
+public:
+    // Connections of other aimed also from here.
+    void copyConnections(_signal_state const& other)
     {
         lock_block<mt_policy> lock(this);
         for (connection* c = other.m_head; c; c = c->next) {
@@ -393,12 +395,113 @@ private:
         }
     }
 
+private:
     alignas(void*) unsigned char m_inline[inline_size];
     connection* m_head = nullptr;
     connection* m_tail = nullptr;
     int m_emitting = 0;
     bool m_blocked = false;
     bool m_inlineUsed = false;
+};
+
+
+// A signal: one pointer, to its state, which the first connection (or a
+// block, or a lock) creates. A signal nobody connected costs nothing more.
+template <class mt_policy, class... Args>
+class _signal_impl {
+    typedef _signal_state<mt_policy, Args...> state_type;
+    typedef has_slots<mt_policy> receiver_type;
+
+public:
+    _signal_impl() = default;
+
+    // A copied signal reaches the same receivers.
+    _signal_impl(_signal_impl const& other)
+    {
+        if (state_type* source = other.current())
+            state().copyConnections(*source);
+    }
+
+    _signal_impl& operator=(_signal_impl const& other)
+    {
+        if (this != &other) {
+            disconnect_all();
+            if (state_type* source = other.current())
+                state().copyConnections(*source);
+        }
+        return *this;
+    }
+
+    ~_signal_impl() { delete current(); }
+
+    // The slot may be declared in a base of the target's class.
+    template <class Target, class Receiver>
+    void connect(Target* target, void (Receiver::*member)(Args...))
+    {
+        state().connect(target, member);
+    }
+
+    // Removes only the first live connection aimed at target.
+    void disconnect(receiver_type* target)
+    {
+        if (state_type* s = current())
+            s->disconnect(target);
+    }
+
+    void disconnect_all()
+    {
+        if (state_type* s = current())
+            s->disconnect_all();
+    }
+
+    bool blocked() const
+    {
+        state_type* s = current();
+        return s && s->blocked();
+    }
+
+    // Sets the flag and returns the previous value, so that a caller can
+    // put it back when its scope ends.
+    bool block(bool on)
+    {
+        if (!on && !current())
+            return false;
+        return state().block(on);
+    }
+
+    bool connected() const
+    {
+        state_type* s = current();
+        return s && s->connected();
+    }
+
+    void operator()(Args... args)
+    {
+        if (state_type* s = current())
+            (*s)(args...);
+    }
+
+    // The signal's own recursive lock.
+    void lock() { state().lock(); }
+    void unlock() { state().unlock(); }
+
+private:
+    state_type* current() const { return m_state.load(std::memory_order_acquire); }
+
+    state_type& state()
+    {
+        if (state_type* s = current())
+            return *s;
+        state_type* made = new state_type;
+        state_type* expected = nullptr;
+        if (m_state.compare_exchange_strong(expected, made, std::memory_order_acq_rel))
+            return *made;
+        // Another thread was first.
+        delete made;
+        return *expected;
+    }
+
+    std::atomic<state_type*> m_state{nullptr};
 };
 
 template <class mt_policy = multi_threaded_local>

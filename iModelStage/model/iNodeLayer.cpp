@@ -43,7 +43,8 @@ public:
             it = m_objectClasses.emplace(className, iRoot::isClassOf(className.c_str(), "iNodeGroup")).first;
         if (!it->second)
             return nullptr;
-        iRoot* created = iRoot::newClass(className.c_str());
+        // Every object created here is read at once, stored id first.
+        iRoot* created = iRoot::newClassToRead(className.c_str());
         iNodeGroup* object = dynamic_cast<iNodeGroup*>(created);
         if (!object)
             delete created;
