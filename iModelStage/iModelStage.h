@@ -20,6 +20,7 @@
 #include <iModelStage/frame/iPointerCounts.h>
 #include <iModelStage/frame/iPointerTable.h>
 #include <iModelStage/frame/iProperty.h>
+#include <iModelStage/frame/iPropertyCache.h>
 #include <iModelStage/frame/iPropertyHandler.h>
 #include <iModelStage/frame/iRoot.h>
 #include <iModelStage/frame/iSimpleMapListPtr.h>

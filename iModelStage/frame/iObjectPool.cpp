@@ -1,10 +1,12 @@
 #include <iModelStage/frame/iObjectPool.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
 #include <new>
+#include <thread>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -92,12 +94,32 @@ bool lowerAddress(Slab const* a, Slab const* b)
     return std::less<Slab const*>()(a, b);
 }
 
+bool higherAddress(Slab const* a, Slab const* b)
+{
+    return std::less<Slab const*>()(b, a);
+}
+
+// Blocks are taken and given back on the host's user-interface thread
+// almost always: an uncontended flag costs a fraction of a system mutex.
+class SpinLock {
+public:
+    void lock()
+    {
+        while (m_flag.test_and_set(std::memory_order_acquire))
+            std::this_thread::yield();
+    }
+    void unlock() { m_flag.clear(std::memory_order_release); }
+
+private:
+    std::atomic_flag m_flag = ATOMIC_FLAG_INIT;
+};
+
 class Pool {
 public:
     void* allocate(std::size_t size)
     {
         std::size_t const rounded = (std::max<std::size_t>(size, 1) + kGranule - 1) / kGranule * kGranule;
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<SpinLock> lock(m_lock);
         SizeClass& cls = m_classes[rounded / kGranule];
         while (cls.room < cls.slabs.size() && cls.slabs[cls.room]->full())
             ++cls.room;
@@ -116,7 +138,7 @@ public:
 
     void deallocate(void* block)
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<SpinLock> lock(m_lock);
         Slab* slab = slabOf(block);
         SizeClass& cls = *slab->owner;
         bool const wasFull = slab->full();
@@ -135,12 +157,12 @@ public:
         cls.slabs.erase(at);
         if (index < cls.room)
             --cls.room;
-        m_stock.insert(std::lower_bound(m_stock.begin(), m_stock.end(), slab, lowerAddress), slab);
+        m_stock.insert(std::lower_bound(m_stock.begin(), m_stock.end(), slab, higherAddress), slab);
     }
 
     std::size_t inUse()
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<SpinLock> lock(m_lock);
         return m_inUse;
     }
 
@@ -149,8 +171,8 @@ private:
     Slab* freshSlab()
     {
         if (!m_stock.empty()) {
-            Slab* slab = m_stock.front();
-            m_stock.erase(m_stock.begin());
+            Slab* slab = m_stock.back();
+            m_stock.pop_back();
             return slab;
         }
         if (m_regionNext == m_regionEnd) {
@@ -167,8 +189,9 @@ private:
         return slab;
     }
 
-    std::mutex m_mutex;
+    SpinLock m_lock;
     SizeClass m_classes[kClasses];
+    // Empty slabs, highest address first, so the lowest is taken first.
     std::vector<Slab*> m_stock;
     char* m_regionNext = nullptr;
     char* m_regionEnd = nullptr;

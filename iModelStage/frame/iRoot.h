@@ -114,7 +114,14 @@ protected:
     void applyProperty(char const* name, T& store, T const& value, sigslot::signal2<iRoot*, T>& changing,
                        sigslot::signal2<iRoot*, T>& changed)
     {
-        iProperty const& property = getClass().getProperty(name, true);
+        applyProperty(name, getClass().getProperty(name, true), store, value, changing, changed);
+    }
+
+    // The same with the property record already found.
+    template <class T>
+    void applyProperty(char const* name, iProperty const& property, T& store, T const& value,
+                       sigslot::signal2<iRoot*, T>& changing, sigslot::signal2<iRoot*, T>& changed)
+    {
         if (!(store != value) && !property.getForceSet())
             return;
         changing(this, value);

@@ -5,6 +5,7 @@
 #include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iObjectData.h>
+#include <iModelStage/model/iTransformGroup.h>
 
 #include <osg/UserDataContainer>
 
@@ -50,6 +51,47 @@ iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
 
 iNodeGroup::~iNodeGroup() = default;
 
+iNodeGroup* iNodeGroup::fromNode(osg::Node* node)
+{
+    if (!node)
+        return nullptr;
+    // Within objects of one class the node part lies at a fixed distance
+    // from the object part.
+    struct Known {
+        std::type_info const* type;
+        std::ptrdiff_t offset;
+        bool object;
+    };
+    static constexpr unsigned kKnown = 4;
+    static thread_local Known known[kKnown] = {};
+    static thread_local unsigned nextKnown = 0;
+    std::type_info const* type = &typeid(*node);
+    for (Known const& k : known)
+        if (k.type == type)
+            return k.object ? reinterpret_cast<iNodeGroup*>(reinterpret_cast<char*>(node) + k.offset) : nullptr;
+    iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
+    std::ptrdiff_t const offset = object ? reinterpret_cast<char*>(object) - reinterpret_cast<char*>(node) : 0;
+    known[nextKnown++ % kKnown] = Known{type, offset, object != nullptr};
+    return object;
+}
+
+void iNodeGroup::addReadChild(iNodeGroup* child)
+{
+    bool const plainParent = typeid(*this) == typeid(iNodeGroup) || typeid(*this) == typeid(iTransformGroup);
+    bool const plainChild = child->getNumChildrenRequiringUpdateTraversal() == 0 && !child->getUpdateCallback() &&
+                            child->getNumChildrenRequiringEventTraversal() == 0 && !child->getEventCallback() &&
+                            child->getNumChildrenWithCullingDisabled() == 0 && child->getCullingActive() &&
+                            child->getNumChildrenWithOccluderNodes() == 0;
+    if (!plainParent || !plainChild) {
+        addChild(child);
+        return;
+    }
+    _children.push_back(child);
+    child->addParent(this);
+    childInserted(static_cast<unsigned int>(_children.size() - 1));
+    dirtyBound();
+}
+
 void iNodeGroup::updateTargetUid(long, long) {}
 
 iObjectData* iNodeGroup::initUserData(osg::Node* node)
@@ -92,7 +134,7 @@ void iNodeGroup::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
             data->savedNodeMask = node->getNodeMask();
         node->setNodeMask(data->flags.test(0) ? data->savedNodeMask : 0);
     }
-    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node)) {
+    if (iNodeGroup* object = fromNode(node)) {
         std::bitset<32> now = data->flags;
         object->sigFlagChanged(object, bit, value);
         object->sigFlagsChanged(object, old, now);
@@ -101,7 +143,7 @@ void iNodeGroup::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
 
 void iNodeGroup::setNodeFlags(osg::Node* node, std::bitset<32> flags)
 {
-    storeFlags(node, dynamic_cast<iNodeGroup*>(node), flags);
+    storeFlags(node, fromNode(node), flags);
 }
 
 void iNodeGroup::storeFlags(osg::Node* node, iNodeGroup* object, std::bitset<32> flags)
@@ -150,7 +192,7 @@ iNodeGroup* iNodeGroup::findObjectByUniqueIdImpl(osg::Node* start, long id, osg:
         return nullptr;
     iNodeGroup* found = nullptr;
     iForEachNode(start, [&](osg::Node* node) {
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
+        iNodeGroup* object = fromNode(node);
         if (!object || object->getUniqueId() != id)
             return iVisit::Continue;
         found = object;

@@ -60,6 +60,17 @@ public:
     static void setNodeLayerId(osg::Node* node, std::string const& layerId);
     static iObjectData* initUserData(osg::Node* node);
 
+    // The object side of a node, or null: a dynamic cast, with the answer
+    // for the last classes met remembered, since a document holds few.
+    static iNodeGroup* fromNode(osg::Node* node);
+
+    // Adds a child just read from a file, as osg::Group::addChild does but
+    // without its cast of the child to osg::OccluderNode, which fails on
+    // every document object and costs more than the rest of the add. A
+    // parent whose class may override addChild, and a child with any
+    // traversal count to pass up, take the ordinary way.
+    void addReadChild(iNodeGroup* child);
+
     std::bitset<32> getFlags() { return getNodeFlags(this); }
     void setFlags(std::bitset<32> flags) { setNodeFlags(this, flags); }
     bool isFlagSet(unsigned int bit) { return isNodeFlagSet(this, bit); }

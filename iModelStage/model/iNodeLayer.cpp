@@ -134,7 +134,7 @@ void iNodeLayer::iWriteNodeGroup(iNodeGroup* object, iOutStream& stream)
     std::vector<int> longIds;
     int count = 0;
     for (unsigned int i = 0; i < object->getNumParents(); ++i) {
-        iNodeGroup* parent = dynamic_cast<iNodeGroup*>(object->getParent(i));
+        iNodeGroup* parent = iNodeGroup::fromNode(object->getParent(i));
         if (!parent)
             continue;
         int const id = static_cast<int>(parent->getUniqueId());
@@ -169,7 +169,7 @@ void iNodeLayer::write(iOutStream& stream)
     int count = 0;
     int step = 0;
     for (osg::ref_ptr<osg::Node> const& node : objects) {
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());
+        iNodeGroup* object = iNodeGroup::fromNode(node.get());
         if (!object)
             continue;
         // An object with two parents is met twice and written once.
@@ -307,7 +307,7 @@ void iNodeLayer::read(iInStream& stream, int version)
             if (index >= 0) {
                 if (!links.keep(k))
                     continue;
-                objects[static_cast<std::size_t>(index)]->addChild(object);
+                objects[static_cast<std::size_t>(index)]->addReadChild(object);
                 hasParent = true;
             } else if (iNodeGroup* parent = findObjectByUniqueId(parentIds[k])) {
                 pairs.emplace_back(object, parent);
