@@ -33,19 +33,38 @@ double decodeDouble(unsigned char const* bytes)
 // The get area of any stream buffer. Its pointers are protected; a member
 // pointer named through a derived class is the lawful way to reach them.
 struct GetArea : std::streambuf {
+    static char* next(std::streambuf* buffer) { return (buffer->*&GetArea::gptr)(); }
+    static std::streamsize held(std::streambuf* buffer) { return (buffer->*&GetArea::egptr)() - next(buffer); }
+    static void skip(std::streambuf* buffer, std::streamsize size)
+    {
+        (buffer->*&GetArea::gbump)(static_cast<int>(size));
+    }
+
     // Copies size bytes out of the get area if it holds them.
     static bool tryGet(std::streambuf* buffer, char* into, std::streamsize size)
     {
         if (size == 0)
             return true;
-        char* const next = (buffer->*&GetArea::gptr)();
-        if ((buffer->*&GetArea::egptr)() - next < size)
+        if (held(buffer) < size)
             return false;
-        std::memcpy(into, next, static_cast<std::size_t>(size));
-        (buffer->*&GetArea::gbump)(static_cast<int>(size));
+        std::memcpy(into, next(buffer), static_cast<std::size_t>(size));
+        skip(buffer, size);
         return true;
     }
 };
+
+// A value of N bytes: one fixed-size copy when the get area holds it.
+template <std::size_t N>
+void readFixed(iInStream& stream, unsigned char* into)
+{
+    std::streambuf* buffer = stream.rdbuf();
+    if (stream.good() && buffer && GetArea::held(buffer) >= static_cast<std::streamsize>(N)) {
+        std::memcpy(into, GetArea::next(buffer), N);
+        GetArea::skip(buffer, N);
+        return;
+    }
+    stream.readRaw(reinterpret_cast<char*>(into), N);
+}
 
 } // namespace
 
@@ -78,15 +97,15 @@ void iInStream::readRaw(char* into, std::streamsize size)
 
 bool iInStream::readBool()
 {
-    char byte = 0;
-    readRaw(&byte, 1);
+    unsigned char byte = 0;
+    readFixed<1>(*this, &byte);
     return byte != 0;
 }
 
 int iInStream::readInt()
 {
     unsigned char bytes[4];
-    readRaw(reinterpret_cast<char*>(bytes), 4);
+    readFixed<4>(*this, bytes);
     return static_cast<std::int32_t>(decode32(bytes));
 }
 
@@ -98,7 +117,7 @@ long iInStream::readLong()
 double iInStream::readDouble()
 {
     unsigned char bytes[8];
-    readRaw(reinterpret_cast<char*>(bytes), 8);
+    readFixed<8>(*this, bytes);
     return decodeDouble(bytes);
 }
 
@@ -171,6 +190,13 @@ std::string iInStream::readString()
     std::string text;
     if (size == 0)
         return text;
+    // Bytes already at hand are taken in one copy, with no zero fill.
+    std::streambuf* buffer = rdbuf();
+    if (good() && buffer && GetArea::held(buffer) >= size) {
+        text.assign(GetArea::next(buffer), static_cast<std::size_t>(size));
+        GetArea::skip(buffer, size);
+        return text;
+    }
     // A stream that cannot tell its size gets a string at most a chunk
     // longer than the bytes that really came.
     if (!checkLarge(size) && size > kTrustedSize) {

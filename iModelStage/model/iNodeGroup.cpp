@@ -5,6 +5,7 @@
 #include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iObjectData.h>
+#include <iModelStage/model/iObjectDataContainer.h>
 #include <iModelStage/model/iTransformGroup.h>
 
 #include <osg/UserDataContainer>
@@ -101,6 +102,8 @@ iObjectData* iNodeGroup::initUserData(osg::Node* node)
     iObjectData* data = findData(node);
     if (!data) {
         data = new iObjectData;
+        if (!node->getUserDataContainer())
+            node->setUserDataContainer(new iObjectDataContainer);
         node->setUserData(data);
     }
     return data;

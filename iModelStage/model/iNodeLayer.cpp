@@ -288,7 +288,9 @@ void iNodeLayer::read(iInStream& stream, int version)
     std::vector<std::pair<long, std::size_t>> byId(objects.size());
     for (std::size_t i = 0; i < objects.size(); ++i)
         byId[i] = {objects[i]->getUniqueId(), i};
-    std::sort(byId.begin(), byId.end());
+    // Ids are mostly in file order already.
+    if (!std::is_sorted(byId.begin(), byId.end()))
+        std::sort(byId.begin(), byId.end());
     std::vector<int> parentIndices(parentIds.size(), -1);
     for (std::size_t k = 0; k < parentIds.size(); ++k) {
         auto it = std::upper_bound(byId.begin(), byId.end(), std::make_pair(parentIds[k], objects.size()));
