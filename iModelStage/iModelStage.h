@@ -25,6 +25,7 @@
 #include <iModelStage/frame/iRoot.h>
 #include <iModelStage/frame/iSimpleMapListPtr.h>
 #include <iModelStage/frame/iSlot.h>
+#include <iModelStage/frame/iSpinLock.h>
 #include <iModelStage/frame/iStartUp.h>
 #include <iModelStage/frame/iStreamError.h>
 #include <iModelStage/frame/iStreamHandler.h>

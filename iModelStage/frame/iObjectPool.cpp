@@ -1,12 +1,12 @@
 #include <iModelStage/frame/iObjectPool.h>
 
+#include <iModelStage/frame/iSpinLock.h>
+
 #include <algorithm>
-#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
 #include <new>
-#include <thread>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -99,27 +99,12 @@ bool higherAddress(Slab const* a, Slab const* b)
     return std::less<Slab const*>()(b, a);
 }
 
-// Blocks are taken and given back on the host's user-interface thread
-// almost always: an uncontended flag costs a fraction of a system mutex.
-class SpinLock {
-public:
-    void lock()
-    {
-        while (m_flag.test_and_set(std::memory_order_acquire))
-            std::this_thread::yield();
-    }
-    void unlock() { m_flag.clear(std::memory_order_release); }
-
-private:
-    std::atomic_flag m_flag = ATOMIC_FLAG_INIT;
-};
-
 class Pool {
 public:
     void* allocate(std::size_t size)
     {
         std::size_t const rounded = (std::max<std::size_t>(size, 1) + kGranule - 1) / kGranule * kGranule;
-        std::lock_guard<SpinLock> lock(m_lock);
+        std::lock_guard<iSpinLock> lock(m_lock);
         SizeClass& cls = m_classes[rounded / kGranule];
         while (cls.room < cls.slabs.size() && cls.slabs[cls.room]->full())
             ++cls.room;
@@ -138,7 +123,7 @@ public:
 
     void deallocate(void* block)
     {
-        std::lock_guard<SpinLock> lock(m_lock);
+        std::lock_guard<iSpinLock> lock(m_lock);
         Slab* slab = slabOf(block);
         SizeClass& cls = *slab->owner;
         bool const wasFull = slab->full();
@@ -162,7 +147,7 @@ public:
 
     std::size_t inUse()
     {
-        std::lock_guard<SpinLock> lock(m_lock);
+        std::lock_guard<iSpinLock> lock(m_lock);
         return m_inUse;
     }
 
@@ -189,7 +174,7 @@ private:
         return slab;
     }
 
-    SpinLock m_lock;
+    iSpinLock m_lock;
     SizeClass m_classes[kClasses];
     // Empty slabs, highest address first, so the lowest is taken first.
     std::vector<Slab*> m_stock;

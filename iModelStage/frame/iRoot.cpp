@@ -1,6 +1,7 @@
 #include <iModelStage/frame/iRoot.h>
 
 #include <iModelStage/frame/iPointerCounts.h>
+#include <iModelStage/frame/iSpinLock.h>
 
 #include <map>
 #include <mutex>
@@ -18,7 +19,7 @@ class IdRegistry {
 public:
     long takeFresh()
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<iSpinLock> lock(m_lock);
         long id = freshLocked();
         m_live.add(key(id));
         return id;
@@ -26,13 +27,13 @@ public:
 
     long fresh()
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<iSpinLock> lock(m_lock);
         return freshLocked();
     }
 
     void replace(long oldId, long newId)
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<iSpinLock> lock(m_lock);
         if (tracked(newId))
             m_live.add(key(newId));
         if (tracked(oldId))
@@ -58,7 +59,8 @@ private:
         return 0;
     }
 
-    std::mutex m_mutex;
+    // Taken for every object created, read or destroyed.
+    iSpinLock m_lock;
     iPointerCounts m_live;
     long m_next = 1;
 };

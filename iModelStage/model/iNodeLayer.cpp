@@ -38,10 +38,15 @@ class ObjectFactory {
 public:
     iNodeGroup* create(std::string const& className)
     {
-        auto it = m_objectClasses.find(className);
-        if (it == m_objectClasses.end())
-            it = m_objectClasses.emplace(className, iRoot::isClassOf(className.c_str(), "iNodeGroup")).first;
-        if (!it->second)
+        // Records of one class come in long runs.
+        if (className != m_lastName) {
+            auto it = m_objectClasses.find(className);
+            if (it == m_objectClasses.end())
+                it = m_objectClasses.emplace(className, iRoot::isClassOf(className.c_str(), "iNodeGroup")).first;
+            m_lastName = className;
+            m_lastIsObject = it->second;
+        }
+        if (!m_lastIsObject)
             return nullptr;
         // Every object created here is read at once, stored id first.
         iRoot* created = iRoot::newClassToRead(className.c_str());
@@ -53,6 +58,8 @@ public:
 
 private:
     std::unordered_map<std::string, bool> m_objectClasses;
+    std::string m_lastName;
+    bool m_lastIsObject = false;
 };
 
 // The object and parent ids of a record whose class name and size are read;
