@@ -1,6 +1,6 @@
 #include <iModelStage/frame/iRoot.h>
 
-#include <iModelStage/frame/iPointerCounts.h>
+#include <iModelStage/frame/iIdCounts.h>
 #include <iModelStage/frame/iSpinLock.h>
 
 #include <map>
@@ -21,7 +21,7 @@ public:
     {
         std::lock_guard<iSpinLock> lock(m_lock);
         long id = freshLocked();
-        m_live.add(key(id));
+        m_live.add(id);
         return id;
     }
 
@@ -35,9 +35,9 @@ public:
     {
         std::lock_guard<iSpinLock> lock(m_lock);
         if (tracked(newId))
-            m_live.add(key(newId));
+            m_live.add(newId);
         if (tracked(oldId))
-            m_live.remove(key(oldId));
+            m_live.remove(oldId);
     }
 
     void hold(long id) { replace(0, id); }
@@ -45,15 +45,13 @@ public:
 
 private:
     static bool tracked(long id) { return id >= 1 && id <= kMaxUniqueId; }
-    // Keys start at 2: the table keeps 0 and 1 for itself.
-    static void const* key(long id) { return reinterpret_cast<void const*>(static_cast<std::uintptr_t>(id) + 1); }
 
     long freshLocked()
     {
         for (long tries = 0; tries < kMaxUniqueId; ++tries) {
             long candidate = m_next;
             m_next = m_next >= kMaxUniqueId ? 1 : m_next + 1;
-            if (m_live.count(key(candidate)) == 0)
+            if (m_live.count(candidate) == 0)
                 return candidate;
         }
         return 0;
@@ -61,7 +59,7 @@ private:
 
     // Taken for every object created, read or destroyed.
     iSpinLock m_lock;
-    iPointerCounts m_live;
+    iIdCounts m_live;
     long m_next = 1;
 };
 

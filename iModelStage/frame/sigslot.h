@@ -160,7 +160,7 @@ private:
 // sender. States live in the object pool, beside the objects whose signals
 // they serve.
 template <class mt_policy, class... Args>
-class _signal_state : public _signal_base<mt_policy> {
+class _signal_state final : public _signal_base<mt_policy> {
     typedef has_slots<mt_policy> receiver_type;
 
     // A link of the singly linked connection list.
@@ -189,6 +189,15 @@ class _signal_state : public _signal_base<mt_policy> {
         member_type member;
     };
 
+    // The state's own lock, called directly: a state is never a base.
+    struct Guard {
+        explicit Guard(_signal_state* s) : state(s) { state->mt_policy::lock(); }
+        ~Guard() { state->mt_policy::unlock(); }
+        Guard(Guard const&) = delete;
+        Guard& operator=(Guard const&) = delete;
+        _signal_state* state;
+    };
+
     // Room for one connection inside the signal: most signals have one at
     // most, and an object's own connections then need no allocation.
     static constexpr std::size_t inline_size = 48;
@@ -207,7 +216,7 @@ public:
     void connect(Target* target, void (Receiver::*member)(Args...))
     {
         Receiver* receiver = target;
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         typedef member_connection<Receiver> link;
         static_assert(sizeof(link) <= inline_size && alignof(link) <= alignof(void*),
                       "a connection must fit the signal's own room");
@@ -219,7 +228,7 @@ public:
     // Removes only the first live connection aimed at target.
     void disconnect(receiver_type* target)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         for (connection *c = m_head, *previous = nullptr; c; previous = c, c = c->next) {
             if (c->alive && c->target == target) {
                 drop(c, previous);
@@ -231,7 +240,7 @@ public:
 
     void disconnect_all()
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         connection* previous = nullptr;
         for (connection* c = m_head; c;) {
             connection* next = c->next;
@@ -254,7 +263,7 @@ public:
     // put it back when its scope ends.
     bool block(bool on)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         bool previous = m_blocked;
         m_blocked = on;
         return previous;
@@ -270,7 +279,7 @@ public:
 
     void operator()(Args... args)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         if (m_blocked || !m_head)
             return;
         EmissionScope scope(this);
@@ -287,7 +296,7 @@ public:
 
     void slot_disconnect(receiver_type* target) override
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         connection* previous = nullptr;
         for (connection* c = m_head; c;) {
             connection* next = c->next;
@@ -300,7 +309,7 @@ public:
 
     void slot_duplicate(receiver_type const* oldTarget, receiver_type* newTarget) override
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         std::vector<connection*> copies;
         for (connection* c = m_head; c; c = c->next)
             if (c->alive && c->target == oldTarget)
@@ -386,7 +395,7 @@ public:
     // Connections of other aimed also from here.
     void copyConnections(_signal_state const& other)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         for (connection* c = other.m_head; c; c = c->next) {
             if (!c->alive)
                 continue;
