@@ -10,6 +10,7 @@
 #include <iModelStage/frame/iClass.h>
 #include <iModelStage/frame/iClassIcons.h>
 #include <iModelStage/frame/iExport.h>
+#include <iModelStage/frame/iFastCast.h>
 #include <iModelStage/frame/iIdCounts.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iMapList.h>

@@ -187,16 +187,16 @@ std::string iInStream::readString()
     int size = readInt();
     if (size < 0)
         failWith("negative string length");
-    std::string text;
     if (size == 0)
-        return text;
+        return std::string();
     // Bytes already at hand are taken in one copy, with no zero fill.
     std::streambuf* buffer = rdbuf();
     if (good() && buffer && GetArea::held(buffer) >= size) {
-        text.assign(GetArea::next(buffer), static_cast<std::size_t>(size));
+        std::string held(GetArea::next(buffer), static_cast<std::size_t>(size));
         GetArea::skip(buffer, size);
-        return text;
+        return held;
     }
+    std::string text;
     // A stream that cannot tell its size gets a string at most a chunk
     // longer than the bytes that really came.
     if (!checkLarge(size) && size > kTrustedSize) {

@@ -1,5 +1,6 @@
 #include <iModelStage/model/iNodeGroup.h>
 
+#include <iModelStage/frame/iFastCast.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/model/iForEachNode.h>
@@ -54,26 +55,7 @@ iNodeGroup::~iNodeGroup() = default;
 
 iNodeGroup* iNodeGroup::fromNode(osg::Node* node)
 {
-    if (!node)
-        return nullptr;
-    // Within objects of one class the node part lies at a fixed distance
-    // from the object part.
-    struct Known {
-        std::type_info const* type;
-        std::ptrdiff_t offset;
-        bool object;
-    };
-    static constexpr unsigned kKnown = 4;
-    static thread_local Known known[kKnown] = {};
-    static thread_local unsigned nextKnown = 0;
-    std::type_info const* type = &typeid(*node);
-    for (Known const& k : known)
-        if (k.type == type)
-            return k.object ? reinterpret_cast<iNodeGroup*>(reinterpret_cast<char*>(node) + k.offset) : nullptr;
-    iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
-    std::ptrdiff_t const offset = object ? reinterpret_cast<char*>(object) - reinterpret_cast<char*>(node) : 0;
-    known[nextKnown++ % kKnown] = Known{type, offset, object != nullptr};
-    return object;
+    return iFastCast<iNodeGroup>(node);
 }
 
 void iNodeGroup::addReadChild(iNodeGroup* child)

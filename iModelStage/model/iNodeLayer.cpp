@@ -1,5 +1,6 @@
 #include <iModelStage/model/iNodeLayer.h>
 
+#include <iModelStage/frame/iFastCast.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iMemoryBuffer.h>
 #include <iModelStage/frame/iOutStream.h>
@@ -50,7 +51,7 @@ public:
             return nullptr;
         // Every object created here is read at once, stored id first.
         iRoot* created = iRoot::newClassToRead(className.c_str());
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(created);
+        iNodeGroup* object = iFastCast<iNodeGroup>(created);
         if (!object)
             delete created;
         return object;
