@@ -70,6 +70,8 @@ public:
     // parent whose class may override addChild, and a child with any
     // traversal count to pass up, take the ordinary way.
     void addReadChild(iNodeGroup* child);
+    // Room for count more children, for a reader that knows how many come.
+    void reserveChildren(unsigned int count) { _children.reserve(_children.size() + count); }
 
     std::bitset<32> getFlags() { return getNodeFlags(this); }
     void setFlags(std::bitset<32> flags) { setNodeFlags(this, flags); }

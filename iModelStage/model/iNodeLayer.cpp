@@ -267,6 +267,12 @@ void iNodeLayer::read(iInStream& stream, int version)
     std::vector<osg::ref_ptr<iNodeGroup>> objects;
     std::vector<long> parentIds;
     std::vector<std::size_t> first{0};
+    // Room for what the count announces, within what a sane file holds: a
+    // stream that cannot tell its size cannot vouch for the count.
+    std::size_t const expected = std::min<std::size_t>(static_cast<std::size_t>(count), std::size_t(1) << 20);
+    objects.reserve(expected);
+    parentIds.reserve(expected);
+    first.reserve(expected + 1);
     for (int i = 0; i < count; ++i) {
         std::string name = stream.readString();
         if (version < 3) {
@@ -306,6 +312,15 @@ void iNodeLayer::read(iInStream& stream, int version)
             parentIndices[k] = static_cast<int>(std::prev(it)->second);
     }
     iParentLinks const links(first, parentIndices);
+
+    // Each parent's child list is sized once, not grown child by child.
+    std::vector<unsigned int> childCounts(objects.size(), 0);
+    for (std::size_t k = 0; k < parentIndices.size(); ++k)
+        if (parentIndices[k] >= 0 && links.keep(k))
+            ++childCounts[static_cast<std::size_t>(parentIndices[k])];
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        if (childCounts[i] > 1)
+            objects[i]->reserveChildren(childCounts[i]);
 
     std::vector<std::pair<iNodeGroup*, iNodeGroup*>> pairs;
     std::vector<iNodeGroup*> roots;
