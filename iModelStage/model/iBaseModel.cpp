@@ -411,7 +411,7 @@ iNodeGroup* iBaseModel::findObjectByUniqueId(long id)
 void iBaseModel::resolveObjectsLinks()
 {
     for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
-        if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
+        if (iNodeGroup* object = iNodeGroup::fromNode(node))
             object->resolveLinks();
 }
 

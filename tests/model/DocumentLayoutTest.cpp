@@ -46,12 +46,15 @@ TEST_F(DocumentLayout, InterleavedDocumentReloadsInReadingOrderAndSavesTheSameBy
     for (int r = 0; r < 20; ++r)
         roots.push_back(create(nullptr));
     for (osg::ref_ptr<iTransformGroup> const& root : roots)
-        for (int c = 0; c < 10; ++c)
-            create(root.get());
+        for (int c = 0; c < 10; ++c) {
+            osg::ref_ptr<iTransformGroup> child = create(root.get());
+            for (int g = 0; g < 3; ++g)
+                create(child.get());
+        }
 
     std::string const first = save();
     load(first);
-    EXPECT_EQ(a->getObjectsCount(), 220);
+    EXPECT_EQ(a->getObjectsCount(), 820);
     EXPECT_TRUE(save() == first);
     load(first);
     EXPECT_TRUE(save() == first);
