@@ -23,6 +23,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <thread>
 #include <vector>
@@ -283,7 +284,9 @@ public:
         if (m_blocked || !m_head)
             return;
         EmissionScope scope(this);
-        connection* const last = m_tail;
+        // Links made by the slots go behind this one and wait for the next
+        // emission.
+        connection* const last = tail();
         for (connection* c = m_head;;) {
             connection* next = c->next;
             if (c->alive)
@@ -333,13 +336,22 @@ private:
         _signal_state* signal;
     };
 
+    // Lists are short: the last link is found by walking, which saves a
+    // pointer in every signal state.
+    connection* tail() const
+    {
+        connection* c = m_head;
+        while (c && c->next)
+            c = c->next;
+        return c;
+    }
+
     void append(connection* c)
     {
-        if (m_tail)
-            m_tail->next = c;
+        if (connection* last = tail())
+            last->next = c;
         else
             m_head = c;
-        m_tail = c;
     }
 
     void unlink(connection* c, connection* previous)
@@ -348,8 +360,6 @@ private:
             previous->next = c->next;
         else
             m_head = c->next;
-        if (m_tail == c)
-            m_tail = previous;
         if (static_cast<void*>(c) == static_cast<void*>(m_inline)) {
             c->~connection();
             m_inlineUsed = false;
@@ -405,12 +415,13 @@ public:
     }
 
 private:
-    alignas(void*) unsigned char m_inline[inline_size];
-    connection* m_head = nullptr;
-    connection* m_tail = nullptr;
-    int m_emitting = 0;
+    // The small fields first, where they fill the end of the lock, so that
+    // a state with its one connection takes 80 bytes.
+    std::int16_t m_emitting = 0;
     bool m_blocked = false;
     bool m_inlineUsed = false;
+    alignas(void*) unsigned char m_inline[inline_size];
+    connection* m_head = nullptr;
 };
 
 
