@@ -59,6 +59,7 @@
 #include <iModelStage/model/iObjectDataContainer.h>
 #include <iModelStage/model/iObjectWalk.h>
 #include <iModelStage/model/iParentLinks.h>
+#include <iModelStage/model/iParentListStock.h>
 #include <iModelStage/model/iSettingNodeBase.h>
 #include <iModelStage/model/iSettingsManagerBase.h>
 #include <iModelStage/model/iSettingsManagerNotifierLock.h>

@@ -7,6 +7,7 @@
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iObjectData.h>
 #include <iModelStage/model/iObjectDataContainer.h>
+#include <iModelStage/model/iParentListStock.h>
 #include <iModelStage/model/iTransformGroup.h>
 
 #include <osg/UserDataContainer>
@@ -35,6 +36,7 @@ iObjectData* findData(osg::Node* node)
 
 iNodeGroup::iNodeGroup()
 {
+    iParentListStock::take(_parents);
     sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
@@ -48,10 +50,14 @@ iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
             setUserDataContainer(osg::clone(other.getUserDataContainer(), osg::CopyOp::SHALLOW_COPY));
         setUserData(new iObjectData(*data));
     }
+    iParentListStock::take(_parents);
     sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
-iNodeGroup::~iNodeGroup() = default;
+iNodeGroup::~iNodeGroup()
+{
+    iParentListStock::give(_parents);
+}
 
 iNodeGroup* iNodeGroup::fromNode(osg::Node* node)
 {
