@@ -30,6 +30,42 @@ double decodeDouble(unsigned char const* bytes)
     return value;
 }
 
+// The get area of any stream buffer. Its pointers are protected; a member
+// pointer named through a derived class is the lawful way to reach them.
+struct GetArea : std::streambuf {
+    static char* next(std::streambuf* buffer) { return (buffer->*&GetArea::gptr)(); }
+    static std::streamsize held(std::streambuf* buffer) { return (buffer->*&GetArea::egptr)() - next(buffer); }
+    static void skip(std::streambuf* buffer, std::streamsize size)
+    {
+        (buffer->*&GetArea::gbump)(static_cast<int>(size));
+    }
+
+    // Copies size bytes out of the get area if it holds them.
+    static bool tryGet(std::streambuf* buffer, char* into, std::streamsize size)
+    {
+        if (size == 0)
+            return true;
+        if (held(buffer) < size)
+            return false;
+        std::memcpy(into, next(buffer), static_cast<std::size_t>(size));
+        skip(buffer, size);
+        return true;
+    }
+};
+
+// A value of N bytes: one fixed-size copy when the get area holds it.
+template <std::size_t N>
+void readFixed(iInStream& stream, unsigned char* into)
+{
+    std::streambuf* buffer = stream.rdbuf();
+    if (stream.good() && buffer && GetArea::held(buffer) >= static_cast<std::streamsize>(N)) {
+        std::memcpy(into, GetArea::next(buffer), N);
+        GetArea::skip(buffer, N);
+        return;
+    }
+    stream.readRaw(reinterpret_cast<char*>(into), N);
+}
+
 } // namespace
 
 iInStream::iInStream(std::streambuf* buffer) : std::istream(buffer) {}
@@ -51,32 +87,25 @@ void iInStream::readRaw(char* into, std::streamsize size)
     if (!good() || !rdbuf())
         failWith("read from a failed stream");
     std::streambuf* buffer = rdbuf();
-    // Single values come straight from the get area: a virtual call per
-    // int or double dominated reading large documents.
-    if (size <= 8) {
-        for (std::streamsize i = 0; i < size; ++i) {
-            int_type const c = buffer->sbumpc();
-            if (traits_type::eq_int_type(c, traits_type::eof()))
-                failWith("stream ends too early");
-            into[i] = traits_type::to_char_type(c);
-        }
+    // Values come straight from the get area when it holds them: a call per
+    // byte or per value dominated reading large documents.
+    if (GetArea::tryGet(buffer, into, size))
         return;
-    }
     if (buffer->sgetn(into, size) != size)
         failWith("stream ends too early");
 }
 
 bool iInStream::readBool()
 {
-    char byte = 0;
-    readRaw(&byte, 1);
+    unsigned char byte = 0;
+    readFixed<1>(*this, &byte);
     return byte != 0;
 }
 
 int iInStream::readInt()
 {
     unsigned char bytes[4];
-    readRaw(reinterpret_cast<char*>(bytes), 4);
+    readFixed<4>(*this, bytes);
     return static_cast<std::int32_t>(decode32(bytes));
 }
 
@@ -88,7 +117,7 @@ long iInStream::readLong()
 double iInStream::readDouble()
 {
     unsigned char bytes[8];
-    readRaw(reinterpret_cast<char*>(bytes), 8);
+    readFixed<8>(*this, bytes);
     return decodeDouble(bytes);
 }
 
@@ -158,9 +187,16 @@ std::string iInStream::readString()
     int size = readInt();
     if (size < 0)
         failWith("negative string length");
-    std::string text;
     if (size == 0)
-        return text;
+        return std::string();
+    // Bytes already at hand are taken in one copy, with no zero fill.
+    std::streambuf* buffer = rdbuf();
+    if (good() && buffer && GetArea::held(buffer) >= size) {
+        std::string held(GetArea::next(buffer), static_cast<std::size_t>(size));
+        GetArea::skip(buffer, size);
+        return held;
+    }
+    std::string text;
     // A stream that cannot tell its size gets a string at most a chunk
     // longer than the bytes that really came.
     if (!checkLarge(size) && size > kTrustedSize) {

@@ -24,6 +24,7 @@
 // own level only; the frame calls every level of an object's chain, base
 // first, and calls each non-virtually.
 
+#include <iModelStage/frame/iPropertyCache.h>
 #include <iModelStage/frame/iPropertyHandler.h>
 #include <iModelStage/frame/iRoot.h>
 
@@ -131,7 +132,8 @@ public:                                                                         
     void set_##name(Type value)                                                                                       \
     {                                                                                                                 \
         static char const* const key = iProperty::internName(#name);                                                  \
-        applyProperty(key, _##name, value, sig##name##Changing, sig##name##Changed);                                  \
+        static iPropertyCache cache;                                                                                  \
+        applyProperty(key, cache.find(getClass(), key), _##name, value, sig##name##Changing, sig##name##Changed);     \
     }                                                                                                                 \
     void set_##name(iRoot*, Type value) { set_##name(value); }                                                        \
                                                                                                                       \

@@ -25,6 +25,42 @@ void encodeDouble(double value, char* out)
     encode32(static_cast<std::uint32_t>(bits >> 32), out + 4);
 }
 
+// The put area of any stream buffer. Its pointers are protected; a member
+// pointer named through a derived class is the lawful way to reach them.
+struct PutArea : std::streambuf {
+    static char* next(std::streambuf* buffer) { return (buffer->*&PutArea::pptr)(); }
+    static std::streamsize room(std::streambuf* buffer) { return (buffer->*&PutArea::epptr)() - next(buffer); }
+    static void skip(std::streambuf* buffer, std::streamsize size)
+    {
+        (buffer->*&PutArea::pbump)(static_cast<int>(size));
+    }
+
+    // Copies size bytes into the put area if they fit there.
+    static bool tryPut(std::streambuf* buffer, char const* data, std::streamsize size)
+    {
+        if (size == 0)
+            return true;
+        if (room(buffer) < size)
+            return false;
+        std::memcpy(next(buffer), data, static_cast<std::size_t>(size));
+        skip(buffer, size);
+        return true;
+    }
+};
+
+// A value of N bytes: one fixed-size copy when the put area has room.
+template <std::size_t N>
+void writeFixed(iOutStream& stream, char const* data)
+{
+    std::streambuf* buffer = stream.rdbuf();
+    if (stream.good() && buffer && PutArea::room(buffer) >= static_cast<std::streamsize>(N)) {
+        std::memcpy(PutArea::next(buffer), data, N);
+        PutArea::skip(buffer, N);
+        return;
+    }
+    stream.writeRaw(data, N);
+}
+
 } // namespace
 
 iOutStream::iOutStream(std::streambuf* buffer) : std::ostream(buffer) {}
@@ -54,14 +90,10 @@ void iOutStream::writeRaw(char const* data, std::streamsize size)
     if (!good() || !rdbuf())
         failWith("write to a failed stream");
     std::streambuf* buffer = rdbuf();
-    // Single values go straight into the put area: a virtual call per int
-    // or double dominated writing large documents.
-    if (size <= 8) {
-        for (std::streamsize i = 0; i < size; ++i)
-            if (traits_type::eq_int_type(buffer->sputc(data[i]), traits_type::eof()))
-                failWith("write error");
+    // Values go straight into the put area when they fit: a call per byte
+    // or per value dominated writing large documents.
+    if (PutArea::tryPut(buffer, data, size))
         return;
-    }
     if (buffer->sputn(data, size) != size)
         failWith("write error");
 }
@@ -69,28 +101,28 @@ void iOutStream::writeRaw(char const* data, std::streamsize size)
 void iOutStream::writeBool(bool const& value)
 {
     char byte = value ? 1 : 0;
-    writeRaw(&byte, 1);
+    writeFixed<1>(*this, &byte);
 }
 
 void iOutStream::writeInt(int const& value)
 {
     char bytes[4];
     encode32(static_cast<std::uint32_t>(value), bytes);
-    writeRaw(bytes, 4);
+    writeFixed<4>(*this, bytes);
 }
 
 void iOutStream::writeLong(long const& value)
 {
     char bytes[4];
     encode32(static_cast<std::uint32_t>(static_cast<unsigned long>(value)), bytes);
-    writeRaw(bytes, 4);
+    writeFixed<4>(*this, bytes);
 }
 
 void iOutStream::writeDouble(double const& value)
 {
     char bytes[8];
     encodeDouble(value, bytes);
-    writeRaw(bytes, 8);
+    writeFixed<8>(*this, bytes);
 }
 
 void iOutStream::writeDoubles(double const* values, int count)

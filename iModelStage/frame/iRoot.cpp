@@ -1,6 +1,7 @@
 #include <iModelStage/frame/iRoot.h>
 
-#include <iModelStage/frame/iPointerCounts.h>
+#include <iModelStage/frame/iIdCounts.h>
+#include <iModelStage/frame/iSpinLock.h>
 
 #include <map>
 #include <mutex>
@@ -18,25 +19,25 @@ class IdRegistry {
 public:
     long takeFresh()
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<iSpinLock> lock(m_lock);
         long id = freshLocked();
-        m_live.add(key(id));
+        m_live.add(id);
         return id;
     }
 
     long fresh()
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<iSpinLock> lock(m_lock);
         return freshLocked();
     }
 
     void replace(long oldId, long newId)
     {
-        std::lock_guard<std::mutex> lock(m_mutex);
+        std::lock_guard<iSpinLock> lock(m_lock);
         if (tracked(newId))
-            m_live.add(key(newId));
+            m_live.add(newId);
         if (tracked(oldId))
-            m_live.remove(key(oldId));
+            m_live.remove(oldId);
     }
 
     void hold(long id) { replace(0, id); }
@@ -44,22 +45,21 @@ public:
 
 private:
     static bool tracked(long id) { return id >= 1 && id <= kMaxUniqueId; }
-    // Keys start at 2: the table keeps 0 and 1 for itself.
-    static void const* key(long id) { return reinterpret_cast<void const*>(static_cast<std::uintptr_t>(id) + 1); }
 
     long freshLocked()
     {
         for (long tries = 0; tries < kMaxUniqueId; ++tries) {
             long candidate = m_next;
             m_next = m_next >= kMaxUniqueId ? 1 : m_next + 1;
-            if (m_live.count(key(candidate)) == 0)
+            if (m_live.count(candidate) == 0)
                 return candidate;
         }
         return 0;
     }
 
-    std::mutex m_mutex;
-    iPointerCounts m_live;
+    // Taken for every object created, read or destroyed.
+    iSpinLock m_lock;
+    iIdCounts m_live;
     long m_next = 1;
 };
 
@@ -85,6 +85,18 @@ Descriptions& descriptions()
     return *table;
 }
 
+// Set by newClassToRead for the first object that the factory constructs.
+thread_local bool unkeyedNext = false;
+
+long initialId()
+{
+    if (unkeyedNext) {
+        unkeyedNext = false;
+        return 0;
+    }
+    return ids().takeFresh();
+}
+
 std::string text(char const* s)
 {
     return s ? std::string(s) : std::string();
@@ -92,7 +104,16 @@ std::string text(char const* s)
 
 } // namespace
 
-iRoot::iRoot() : _uniqueId(ids().takeFresh()) {}
+iRoot::iRoot() : _uniqueId(initialId()) {}
+
+iRoot* iRoot::newClassToRead(char const* className)
+{
+    struct Unkeyed {
+        Unkeyed() { unkeyedNext = true; }
+        ~Unkeyed() { unkeyedNext = false; }
+    } scope;
+    return newClass(className);
+}
 
 iRoot::iRoot(iRoot const& other)
     : iSlot(), iNullClass(), _uniqueId(other._uniqueId), _name(other._name)

@@ -64,6 +64,10 @@ public:
 
     // Class table.
     static iRoot* newClass(char const* className);
+    // The same for a reader that gives the object its stored id at once, as
+    // readObject does: the object starts with the id 0, which no live object
+    // holds, instead of taking a fresh id only to give it back.
+    static iRoot* newClassToRead(char const* className);
     static bool findClass(char const* className);
     static bool isClassOf(char const* className, char const* baseName);
     static bool getParentClassName(char const* className, std::string& parent);
@@ -110,7 +114,14 @@ protected:
     void applyProperty(char const* name, T& store, T const& value, sigslot::signal2<iRoot*, T>& changing,
                        sigslot::signal2<iRoot*, T>& changed)
     {
-        iProperty const& property = getClass().getProperty(name, true);
+        applyProperty(name, getClass().getProperty(name, true), store, value, changing, changed);
+    }
+
+    // The same with the property record already found.
+    template <class T>
+    void applyProperty(char const* name, iProperty const& property, T& store, T const& value,
+                       sigslot::signal2<iRoot*, T>& changing, sigslot::signal2<iRoot*, T>& changed)
+    {
         if (!(store != value) && !property.getForceSet())
             return;
         changing(this, value);

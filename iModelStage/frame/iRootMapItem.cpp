@@ -10,6 +10,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace {
@@ -26,7 +27,8 @@ constexpr int kMaxDepth = 256;
 // unregister late.
 struct ClassTable {
     std::recursive_mutex mutex;
-    std::map<std::string, Row const*> rows;
+    // Found by a plain text, without a string made for each look-up.
+    std::map<std::string, Row const*, std::less<>> rows;
     std::atomic<unsigned> generation{0};
 
     struct CachedChain {
@@ -39,7 +41,7 @@ struct ClassTable {
     {
         if (!name)
             return nullptr;
-        auto it = rows.find(name);
+        auto it = rows.find(std::string_view(name));
         return it == rows.end() ? nullptr : it->second;
     }
 
@@ -123,7 +125,7 @@ Row::~iRootMapItem()
         return;
     ClassTable& t = table();
     std::lock_guard<std::recursive_mutex> lock(t.mutex);
-    auto it = t.rows.find(m_className);
+    auto it = t.rows.find(std::string_view(m_className));
     if (it != t.rows.end() && it->second == this)
         t.rows.erase(it);
     ++t.generation;

@@ -8,16 +8,22 @@
 // receiver (has_slots) remembers which signals point at it, so that either
 // side going away ends the connection.
 //
+// A signal is one pointer. Its list, lock and blocked flag live in a state
+// that the first connection creates, so that the many signals of a document
+// object that nobody connects cost eight bytes each.
+//
 // Emission is re-entrant and tolerant of change while it runs: a slot may
 // disconnect itself or any other receiver, destroy a receiver, or connect new
 // ones. Disconnected links are only marked dead during an emission and swept
 // when the outermost emission ends; links made during an emission first fire
 // on the next one.
 
+#include <iModelStage/frame/iObjectPool.h>
 #include <iModelStage/frame/iPointerCounts.h>
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <thread>
 #include <vector>
@@ -150,9 +156,12 @@ private:
     iAddressCounts m_senders;
 };
 
-// The connection list and emission walk shared by signal0 to signal4.
+// The connection list, lock, blocked flag and emission walk of one signal.
+// A signal creates its state on first use; receivers know the state as the
+// sender. States live in the object pool, beside the objects whose signals
+// they serve.
 template <class mt_policy, class... Args>
-class _signal_impl : public _signal_base<mt_policy> {
+class _signal_state final : public _signal_base<mt_policy> {
     typedef has_slots<mt_policy> receiver_type;
 
     // A link of the singly linked connection list.
@@ -181,33 +190,34 @@ class _signal_impl : public _signal_base<mt_policy> {
         member_type member;
     };
 
+    // The state's own lock, called directly: a state is never a base.
+    struct Guard {
+        explicit Guard(_signal_state* s) : state(s) { state->mt_policy::lock(); }
+        ~Guard() { state->mt_policy::unlock(); }
+        Guard(Guard const&) = delete;
+        Guard& operator=(Guard const&) = delete;
+        _signal_state* state;
+    };
+
     // Room for one connection inside the signal: most signals have one at
     // most, and an object's own connections then need no allocation.
     static constexpr std::size_t inline_size = 48;
 
 public:
-    _signal_impl() = default;
+    _signal_state() = default;
+    _signal_state(_signal_state const&) = delete;
+    _signal_state& operator=(_signal_state const&) = delete;
+    ~_signal_state() override { disconnect_all(); }
 
-    // A copied signal reaches the same receivers.
-    _signal_impl(_signal_impl const& other) : _signal_base<mt_policy>(other) { copyConnections(other); }
-
-    _signal_impl& operator=(_signal_impl const& other)
-    {
-        if (this != &other) {
-            disconnect_all();
-            copyConnections(other);
-        }
-        return *this;
-    }
-
-    ~_signal_impl() override { disconnect_all(); }
+    static void* operator new(std::size_t size) { return iObjectPool::allocate(size); }
+    static void operator delete(void* block, std::size_t size) { iObjectPool::deallocate(block, size); }
 
     // The slot may be declared in a base of the target's class.
     template <class Target, class Receiver>
     void connect(Target* target, void (Receiver::*member)(Args...))
     {
         Receiver* receiver = target;
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         typedef member_connection<Receiver> link;
         static_assert(sizeof(link) <= inline_size && alignof(link) <= alignof(void*),
                       "a connection must fit the signal's own room");
@@ -219,7 +229,7 @@ public:
     // Removes only the first live connection aimed at target.
     void disconnect(receiver_type* target)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         for (connection *c = m_head, *previous = nullptr; c; previous = c, c = c->next) {
             if (c->alive && c->target == target) {
                 drop(c, previous);
@@ -231,7 +241,7 @@ public:
 
     void disconnect_all()
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         connection* previous = nullptr;
         for (connection* c = m_head; c;) {
             connection* next = c->next;
@@ -254,7 +264,7 @@ public:
     // put it back when its scope ends.
     bool block(bool on)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         bool previous = m_blocked;
         m_blocked = on;
         return previous;
@@ -270,11 +280,13 @@ public:
 
     void operator()(Args... args)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         if (m_blocked || !m_head)
             return;
         EmissionScope scope(this);
-        connection* const last = m_tail;
+        // Links made by the slots go behind this one and wait for the next
+        // emission.
+        connection* const last = tail();
         for (connection* c = m_head;;) {
             connection* next = c->next;
             if (c->alive)
@@ -287,7 +299,7 @@ public:
 
     void slot_disconnect(receiver_type* target) override
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         connection* previous = nullptr;
         for (connection* c = m_head; c;) {
             connection* next = c->next;
@@ -300,7 +312,7 @@ public:
 
     void slot_duplicate(receiver_type const* oldTarget, receiver_type* newTarget) override
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         std::vector<connection*> copies;
         for (connection* c = m_head; c; c = c->next)
             if (c->alive && c->target == oldTarget)
@@ -315,22 +327,31 @@ private:
     // Keeps the emission depth right even when a slot throws, and sweeps
     // the links that were disconnected while the list was being walked.
     struct EmissionScope {
-        explicit EmissionScope(_signal_impl* s) : signal(s) { ++signal->m_emitting; }
+        explicit EmissionScope(_signal_state* s) : signal(s) { ++signal->m_emitting; }
         ~EmissionScope()
         {
             if (--signal->m_emitting == 0)
                 signal->sweep();
         }
-        _signal_impl* signal;
+        _signal_state* signal;
     };
+
+    // Lists are short: the last link is found by walking, which saves a
+    // pointer in every signal state.
+    connection* tail() const
+    {
+        connection* c = m_head;
+        while (c && c->next)
+            c = c->next;
+        return c;
+    }
 
     void append(connection* c)
     {
-        if (m_tail)
-            m_tail->next = c;
+        if (connection* last = tail())
+            last->next = c;
         else
             m_head = c;
-        m_tail = c;
     }
 
     void unlink(connection* c, connection* previous)
@@ -339,8 +360,6 @@ private:
             previous->next = c->next;
         else
             m_head = c->next;
-        if (m_tail == c)
-            m_tail = previous;
         if (static_cast<void*>(c) == static_cast<void*>(m_inline)) {
             c->~connection();
             m_inlineUsed = false;
@@ -382,9 +401,11 @@ private:
         }
     }
 
-    void copyConnections(_signal_impl const& other)
+public:
+    // Connections of other aimed also from here.
+    void copyConnections(_signal_state const& other)
     {
-        lock_block<mt_policy> lock(this);
+        Guard lock(this);
         for (connection* c = other.m_head; c; c = c->next) {
             if (!c->alive)
                 continue;
@@ -393,12 +414,114 @@ private:
         }
     }
 
-    alignas(void*) unsigned char m_inline[inline_size];
-    connection* m_head = nullptr;
-    connection* m_tail = nullptr;
-    int m_emitting = 0;
+private:
+    // The small fields first, where they fill the end of the lock, so that
+    // a state with its one connection takes 80 bytes.
+    std::int16_t m_emitting = 0;
     bool m_blocked = false;
     bool m_inlineUsed = false;
+    alignas(void*) unsigned char m_inline[inline_size];
+    connection* m_head = nullptr;
+};
+
+
+// A signal: one pointer, to its state, which the first connection (or a
+// block, or a lock) creates. A signal nobody connected costs nothing more.
+template <class mt_policy, class... Args>
+class _signal_impl {
+    typedef _signal_state<mt_policy, Args...> state_type;
+    typedef has_slots<mt_policy> receiver_type;
+
+public:
+    _signal_impl() = default;
+
+    // A copied signal reaches the same receivers.
+    _signal_impl(_signal_impl const& other)
+    {
+        if (state_type* source = other.current())
+            state().copyConnections(*source);
+    }
+
+    _signal_impl& operator=(_signal_impl const& other)
+    {
+        if (this != &other) {
+            disconnect_all();
+            if (state_type* source = other.current())
+                state().copyConnections(*source);
+        }
+        return *this;
+    }
+
+    ~_signal_impl() { delete current(); }
+
+    // The slot may be declared in a base of the target's class.
+    template <class Target, class Receiver>
+    void connect(Target* target, void (Receiver::*member)(Args...))
+    {
+        state().connect(target, member);
+    }
+
+    // Removes only the first live connection aimed at target.
+    void disconnect(receiver_type* target)
+    {
+        if (state_type* s = current())
+            s->disconnect(target);
+    }
+
+    void disconnect_all()
+    {
+        if (state_type* s = current())
+            s->disconnect_all();
+    }
+
+    bool blocked() const
+    {
+        state_type* s = current();
+        return s && s->blocked();
+    }
+
+    // Sets the flag and returns the previous value, so that a caller can
+    // put it back when its scope ends.
+    bool block(bool on)
+    {
+        if (!on && !current())
+            return false;
+        return state().block(on);
+    }
+
+    bool connected() const
+    {
+        state_type* s = current();
+        return s && s->connected();
+    }
+
+    void operator()(Args... args)
+    {
+        if (state_type* s = current())
+            (*s)(args...);
+    }
+
+    // The signal's own recursive lock.
+    void lock() { state().lock(); }
+    void unlock() { state().unlock(); }
+
+private:
+    state_type* current() const { return m_state.load(std::memory_order_acquire); }
+
+    state_type& state()
+    {
+        if (state_type* s = current())
+            return *s;
+        state_type* made = new state_type;
+        state_type* expected = nullptr;
+        if (m_state.compare_exchange_strong(expected, made, std::memory_order_acq_rel))
+            return *made;
+        // Another thread was first.
+        delete made;
+        return *expected;
+    }
+
+    std::atomic<state_type*> m_state{nullptr};
 };
 
 template <class mt_policy = multi_threaded_local>

@@ -110,7 +110,7 @@ void iBaseModel::addChildObject(osg::Group* parent, osg::Node* node, bool recurs
     osg::ref_ptr<osg::Node> hold(node);
     if (parent)
         parent->addChild(node);
-    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node)) {
+    if (iNodeGroup* object = iNodeGroup::fromNode(node)) {
         if (_autoNaming && object->get_name().empty()) {
             std::string alias;
             iRoot::getClassAlias(object->getClassName(), alias);
@@ -169,7 +169,7 @@ bool iBaseModel::canBeRemoved(osg::Node* node)
 // announcing the removal.
 void iBaseModel::forgetObject(osg::Node* node, bool dropProxy)
 {
-    iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
+    iNodeGroup* object = iNodeGroup::fromNode(node);
     if (dropProxy)
         removeProxySelector(object);
     removeObjectSelection(node);
@@ -411,7 +411,7 @@ iNodeGroup* iBaseModel::findObjectByUniqueId(long id)
 void iBaseModel::resolveObjectsLinks()
 {
     for (iObjectWalk walk(_root.get()); osg::Node* node = walk.next();)
-        if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node))
+        if (iNodeGroup* object = iNodeGroup::fromNode(node))
             object->resolveLinks();
 }
 

@@ -1,10 +1,14 @@
 #include <iModelStage/model/iNodeGroup.h>
 
+#include <iModelStage/frame/iFastCast.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
 #include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iObjectData.h>
+#include <iModelStage/model/iObjectDataContainer.h>
+#include <iModelStage/model/iParentListStock.h>
+#include <iModelStage/model/iTransformGroup.h>
 
 #include <osg/UserDataContainer>
 
@@ -32,6 +36,7 @@ iObjectData* findData(osg::Node* node)
 
 iNodeGroup::iNodeGroup()
 {
+    iParentListStock::take(_parents);
     sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
@@ -45,10 +50,36 @@ iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
             setUserDataContainer(osg::clone(other.getUserDataContainer(), osg::CopyOp::SHALLOW_COPY));
         setUserData(new iObjectData(*data));
     }
+    iParentListStock::take(_parents);
     sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
-iNodeGroup::~iNodeGroup() = default;
+iNodeGroup::~iNodeGroup()
+{
+    iParentListStock::give(_parents);
+}
+
+iNodeGroup* iNodeGroup::fromNode(osg::Node* node)
+{
+    return iFastCast<iNodeGroup>(node);
+}
+
+void iNodeGroup::addReadChild(iNodeGroup* child)
+{
+    bool const plainParent = typeid(*this) == typeid(iNodeGroup) || typeid(*this) == typeid(iTransformGroup);
+    bool const plainChild = child->getNumChildrenRequiringUpdateTraversal() == 0 && !child->getUpdateCallback() &&
+                            child->getNumChildrenRequiringEventTraversal() == 0 && !child->getEventCallback() &&
+                            child->getNumChildrenWithCullingDisabled() == 0 && child->getCullingActive() &&
+                            child->getNumChildrenWithOccluderNodes() == 0;
+    if (!plainParent || !plainChild) {
+        addChild(child);
+        return;
+    }
+    _children.push_back(child);
+    child->addParent(this);
+    childInserted(static_cast<unsigned int>(_children.size() - 1));
+    dirtyBound();
+}
 
 void iNodeGroup::updateTargetUid(long, long) {}
 
@@ -59,6 +90,8 @@ iObjectData* iNodeGroup::initUserData(osg::Node* node)
     iObjectData* data = findData(node);
     if (!data) {
         data = new iObjectData;
+        if (!node->getUserDataContainer())
+            node->setUserDataContainer(new iObjectDataContainer);
         node->setUserData(data);
     }
     return data;
@@ -92,7 +125,7 @@ void iNodeGroup::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
             data->savedNodeMask = node->getNodeMask();
         node->setNodeMask(data->flags.test(0) ? data->savedNodeMask : 0);
     }
-    if (iNodeGroup* object = dynamic_cast<iNodeGroup*>(node)) {
+    if (iNodeGroup* object = fromNode(node)) {
         std::bitset<32> now = data->flags;
         object->sigFlagChanged(object, bit, value);
         object->sigFlagsChanged(object, old, now);
@@ -101,7 +134,7 @@ void iNodeGroup::setNodeFlag(osg::Node* node, unsigned int bit, bool value)
 
 void iNodeGroup::setNodeFlags(osg::Node* node, std::bitset<32> flags)
 {
-    storeFlags(node, dynamic_cast<iNodeGroup*>(node), flags);
+    storeFlags(node, fromNode(node), flags);
 }
 
 void iNodeGroup::storeFlags(osg::Node* node, iNodeGroup* object, std::bitset<32> flags)
@@ -150,7 +183,7 @@ iNodeGroup* iNodeGroup::findObjectByUniqueIdImpl(osg::Node* start, long id, osg:
         return nullptr;
     iNodeGroup* found = nullptr;
     iForEachNode(start, [&](osg::Node* node) {
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node);
+        iNodeGroup* object = fromNode(node);
         if (!object || object->getUniqueId() != id)
             return iVisit::Continue;
         found = object;

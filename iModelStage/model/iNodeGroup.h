@@ -2,6 +2,7 @@
 #define IMODELSTAGE_MODEL_INODEGROUP_H
 
 #include <iModelStage/frame/iObjectMacros.h>
+#include <iModelStage/frame/iObjectPool.h>
 
 #include <osg/PositionAttitudeTransform>
 
@@ -28,6 +29,12 @@ public:
     // no connections.
     iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop = osg::CopyOp::SHALLOW_COPY);
 
+    // Objects live in the object pool, so that a document stays together
+    // in memory whatever the host allocates around it.
+    static void* operator new(std::size_t size) { return iObjectPool::allocate(size); }
+    static void* operator new(std::size_t, void* place) { return place; }
+    static void operator delete(void* block, std::size_t size) { iObjectPool::deallocate(block, size); }
+
     sigslot::signal3<iNodeGroup*, unsigned int, bool> sigFlagChanged;
     sigslot::signal3<iNodeGroup*, std::bitset<32>, std::bitset<32>> sigFlagsChanged;
     // The object has just been removed from its model.
@@ -52,6 +59,19 @@ public:
     static std::string getNodeLayerId(osg::Node* node);
     static void setNodeLayerId(osg::Node* node, std::string const& layerId);
     static iObjectData* initUserData(osg::Node* node);
+
+    // The object side of a node, or null: a dynamic cast, with the answer
+    // for the last classes met remembered, since a document holds few.
+    static iNodeGroup* fromNode(osg::Node* node);
+
+    // Adds a child just read from a file, as osg::Group::addChild does but
+    // without its cast of the child to osg::OccluderNode, which fails on
+    // every document object and costs more than the rest of the add. A
+    // parent whose class may override addChild, and a child with any
+    // traversal count to pass up, take the ordinary way.
+    void addReadChild(iNodeGroup* child);
+    // Room for count more children, for a reader that knows how many come.
+    void reserveChildren(unsigned int count) { _children.reserve(_children.size() + count); }
 
     std::bitset<32> getFlags() { return getNodeFlags(this); }
     void setFlags(std::bitset<32> flags) { setNodeFlags(this, flags); }

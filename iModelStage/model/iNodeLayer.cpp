@@ -1,8 +1,10 @@
 #include <iModelStage/model/iNodeLayer.h>
 
+#include <iModelStage/frame/iFastCast.h>
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iMemoryBuffer.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/frame/iPointerTable.h>
 #include <iModelStage/frame/iTranslate.h>
 #include <iModelStage/model/iGhostNode.h>
 #include <iModelStage/model/iLoadScope.h>
@@ -13,7 +15,6 @@
 #include <algorithm>
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 I_REGISTER_PERSISTENT_CLASS(iNodeLayer)
@@ -39,13 +40,19 @@ class ObjectFactory {
 public:
     iNodeGroup* create(std::string const& className)
     {
-        auto it = m_objectClasses.find(className);
-        if (it == m_objectClasses.end())
-            it = m_objectClasses.emplace(className, iRoot::isClassOf(className.c_str(), "iNodeGroup")).first;
-        if (!it->second)
+        // Records of one class come in long runs.
+        if (className != m_lastName) {
+            auto it = m_objectClasses.find(className);
+            if (it == m_objectClasses.end())
+                it = m_objectClasses.emplace(className, iRoot::isClassOf(className.c_str(), "iNodeGroup")).first;
+            m_lastName = className;
+            m_lastIsObject = it->second;
+        }
+        if (!m_lastIsObject)
             return nullptr;
-        iRoot* created = iRoot::newClass(className.c_str());
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(created);
+        // Every object created here is read at once, stored id first.
+        iRoot* created = iRoot::newClassToRead(className.c_str());
+        iNodeGroup* object = iFastCast<iNodeGroup>(created);
         if (!object)
             delete created;
         return object;
@@ -53,6 +60,8 @@ public:
 
 private:
     std::unordered_map<std::string, bool> m_objectClasses;
+    std::string m_lastName;
+    bool m_lastIsObject = false;
 };
 
 // The object and parent ids of a record whose class name and size are read;
@@ -128,13 +137,25 @@ void iNodeLayer::iWriteNodeGroup(iNodeGroup* object, iOutStream& stream)
     iMemoryBuffer& buffer = scratch.buffer();
     iOutStream& record = scratch.stream();
     iRoot::writeObject(object, record);
-    std::vector<int> parentIds;
-    for (unsigned int i = 0; i < object->getNumParents(); ++i)
-        if (iNodeGroup* parent = dynamic_cast<iNodeGroup*>(object->getParent(i)))
-            parentIds.push_back(static_cast<int>(parent->getUniqueId()));
-    record.writeInt(static_cast<int>(parentIds.size()));
-    for (int id : parentIds)
-        record.writeInt(id);
+    // Most objects have one parent: their ids wait on the stack, not on the
+    // heap.
+    int shortIds[16];
+    std::vector<int> longIds;
+    int count = 0;
+    for (unsigned int i = 0; i < object->getNumParents(); ++i) {
+        iNodeGroup* parent = iNodeGroup::fromNode(object->getParent(i));
+        if (!parent)
+            continue;
+        int const id = static_cast<int>(parent->getUniqueId());
+        if (count < 16)
+            shortIds[count] = id;
+        else
+            longIds.push_back(id);
+        ++count;
+    }
+    record.writeInt(count);
+    for (int k = 0; k < count; ++k)
+        record.writeInt(k < 16 ? shortIds[k] : longIds[static_cast<std::size_t>(k - 16)]);
     stream.writeInt(static_cast<int>(buffer.size()));
     stream.writeRaw(buffer.data(), static_cast<std::streamsize>(buffer.size()));
 }
@@ -151,15 +172,17 @@ void iNodeLayer::write(iOutStream& stream)
     progress.setInfoText(progressText("Scrittura di ", objects.size()));
     progress.begin();
 
-    std::unordered_set<osg::Node*> written;
+    // Flat, so that remembering an object costs no allocation.
+    iPointerTable<bool, 0, 3, 20> written;
+    written.reserve(objects.size());
     int count = 0;
     int step = 0;
     for (osg::ref_ptr<osg::Node> const& node : objects) {
-        iNodeGroup* object = dynamic_cast<iNodeGroup*>(node.get());
+        iNodeGroup* object = iNodeGroup::fromNode(node.get());
         if (!object)
             continue;
         // An object with two parents is met twice and written once.
-        if (written.count(object)) {
+        if (written.contains(object)) {
             progress.setValue(++step);
             continue;
         }
@@ -176,7 +199,7 @@ void iNodeLayer::write(iOutStream& stream)
             stream.writeString(object->getClassName());
             iWriteNodeGroup(object, stream);
         }
-        written.insert(object);
+        written.insert(object, true);
         ++count;
         progress.setValue(++step);
     }
@@ -245,6 +268,12 @@ void iNodeLayer::read(iInStream& stream, int version)
     std::vector<osg::ref_ptr<iNodeGroup>> objects;
     std::vector<long> parentIds;
     std::vector<std::size_t> first{0};
+    // Room for what the count announces, within what a sane file holds: a
+    // stream that cannot tell its size cannot vouch for the count.
+    std::size_t const expected = std::min<std::size_t>(static_cast<std::size_t>(count), std::size_t(1) << 20);
+    objects.reserve(expected);
+    parentIds.reserve(expected);
+    first.reserve(expected + 1);
     for (int i = 0; i < count; ++i) {
         std::string name = stream.readString();
         if (version < 3) {
@@ -278,7 +307,9 @@ void iNodeLayer::read(iInStream& stream, int version)
     for (std::size_t i = 0; i < objects.size(); ++i)
         if (!objects[i]->asGhost())
             byId.emplace_back(objects[i]->getUniqueId(), i);
-    std::sort(byId.begin(), byId.end());
+    // Ids are mostly in file order already.
+    if (!std::is_sorted(byId.begin(), byId.end()))
+        std::sort(byId.begin(), byId.end());
     // Parents among the records by index; parents already in the layer by
     // pointer, measured as the link budget needs them.
     iLoadScope scope;
@@ -298,6 +329,15 @@ void iNodeLayer::read(iInStream& stream, int version)
     }
     iParentLinks const links(first, parentIndices, anchors, loaded.budget);
 
+    // Each parent's child list is sized once, not grown child by child.
+    std::vector<unsigned int> childCounts(objects.size(), 0);
+    for (std::size_t k = 0; k < parentIndices.size(); ++k)
+        if (parentIndices[k] >= 0 && links.keep(k))
+            ++childCounts[static_cast<std::size_t>(parentIndices[k])];
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        if (childCounts[i] > 1)
+            objects[i]->reserveChildren(childCounts[i]);
+
     std::vector<std::pair<iNodeGroup*, iNodeGroup*>> pairs;
     std::vector<iNodeGroup*> roots;
     for (std::size_t i = 0; i < objects.size(); ++i) {
@@ -307,7 +347,7 @@ void iNodeLayer::read(iInStream& stream, int version)
             if (!links.keep(k))
                 continue;
             if (parentIndices[k] >= 0)
-                objects[static_cast<std::size_t>(parentIndices[k])]->addChild(object);
+                objects[static_cast<std::size_t>(parentIndices[k])]->addReadChild(object);
             else
                 pairs.emplace_back(object, existing[k]);
             hasParent = true;

@@ -2,6 +2,7 @@
 #define IMODELSTAGE_MODEL_IOBJECTDATA_H
 
 #include <iModelStage/frame/iExport.h>
+#include <iModelStage/frame/iObjectPool.h>
 
 #include <osg/Referenced>
 
@@ -14,6 +15,10 @@
 class IMODELSTAGE_EXPORT iObjectData : public osg::Referenced {
 public:
     iObjectData() { flags.set(); }
+    // Beside the objects, in the object pool.
+    static void* operator new(std::size_t size) { return iObjectPool::allocate(size); }
+    static void operator delete(void* block, std::size_t size) { iObjectPool::deallocate(block, size); }
+
     iObjectData(iObjectData const& other)
         : osg::Referenced(), flags(other.flags), savedNodeMask(other.savedNodeMask), layerId(other.layerId)
     {

@@ -2,6 +2,7 @@
 
 #include <iModelStage/frame/iInStream.h>
 #include <iModelStage/frame/iOutStream.h>
+#include <iModelStage/model/iMatrixParts.h>
 
 #include <osg/Quat>
 
@@ -82,7 +83,6 @@ iTransformGroup::iTransformGroup(iTransformGroup const& other, osg::CopyOp const
     }
     _matrixCache = true;
     _coordinateSystem = other._coordinateSystem;
-    _local = other._local;
     connectSlots();
 }
 
@@ -146,29 +146,24 @@ void iTransformGroup::setScale(osg::Vec3f const& scale)
     set_scale(scale);
 }
 
-osg::Matrixd const& iTransformGroup::getMatrix()
+osg::Matrixd iTransformGroup::getMatrix()
 {
     // The cache flag stays set on every path, so the matrix is always
-    // recomputed; the member only keeps the last result. Its inverse is left
-    // to getInverseMatrix, which computes it afresh anyway: saving a
-    // document asks every transform for its matrix.
-    if (_matrixCache)
-        _local = osg::Matrixd::scale(osg::Vec3d(_scale)) * osg::Matrixd::rotate(getAttitude()) *
-                 osg::Matrixd::translate(osg::Vec3d(_position));
-    return _local;
+    // recomputed; saving a document asks every transform for it.
+    _matrixCache = true;
+    return iMatrixParts::compose(osg::Vec3d(_scale), getAttitude(), osg::Vec3d(_position));
 }
 
-osg::Matrixd const& iTransformGroup::getInverseMatrix()
+osg::Matrixd iTransformGroup::getInverseMatrix()
 {
-    _inverseLocal = osg::Matrixd::inverse(getMatrix());
-    return _inverseLocal;
+    return osg::Matrixd::inverse(getMatrix());
 }
 
 void iTransformGroup::setMatrix(osg::Matrixd const& m)
 {
     osg::Vec3d translation, scale;
-    osg::Quat q, scaleOrientation;
-    m.decompose(translation, q, scale, scaleOrientation);
+    osg::Quat q;
+    iMatrixParts::decompose(m, translation, q, scale);
 
     double const x = q.x(), y = q.y(), z = q.z(), w = q.w();
     // Rounding can push the sine a hair past one.
@@ -198,27 +193,22 @@ void iTransformGroup::setMatrix(osg::Matrixd const& m)
     dispatchMatrixChanged(this);
 }
 
-osg::Matrixd const& iTransformGroup::getWorldMatrix()
+osg::Matrixd iTransformGroup::getWorldMatrix()
 {
-    if (getNumParents() == 0) {
-        _world = getMatrix();
-        _matrixCache = true;
-        return _world;
-    }
+    _matrixCache = true;
+    if (getNumParents() == 0)
+        return getMatrix();
     osg::MatrixList matrices;
     {
         UnmaskedAncestry open(this, getParent(0));
         matrices = getWorldMatrices(nullptr);
     }
-    _world = matrices.empty() ? getMatrix() : matrices.front();
-    _matrixCache = true;
-    return _world;
+    return matrices.empty() ? getMatrix() : matrices.front();
 }
 
-osg::Matrixd const& iTransformGroup::getInverseWorldMatrix()
+osg::Matrixd iTransformGroup::getInverseWorldMatrix()
 {
-    _inverseWorld = osg::Matrixd::inverse(getWorldMatrix());
-    return _inverseWorld;
+    return osg::Matrixd::inverse(getWorldMatrix());
 }
 
 void iTransformGroup::setWorldMatrix(osg::Matrixd const& m)
@@ -238,7 +228,7 @@ void iTransformGroup::setWorldMatrix(osg::Matrixd const& m)
 
 iCoordinateSystem iTransformGroup::getCoordinateSystem()
 {
-    osg::Matrixd const& m = getMatrix();
+    osg::Matrixd const m = getMatrix();
     auto row = [&m](int r) {
         return osg::Vec3f(static_cast<float>(m(r, 0)), static_cast<float>(m(r, 1)), static_cast<float>(m(r, 2)));
     };

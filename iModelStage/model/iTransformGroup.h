@@ -44,12 +44,13 @@ public:
     void setRotation(osg::Vec3f const& rotation);
     void setScale(osg::Vec3f const& scale);
 
-    // Scale, then the drawn attitude, then translation, computed afresh.
-    osg::Matrixd const& getMatrix();
-    osg::Matrixd const& getInverseMatrix();
+    // Scale, then the drawn attitude, then translation, computed afresh at
+    // each call: nothing is cached, so nothing can be stale.
+    osg::Matrixd getMatrix();
+    osg::Matrixd getInverseMatrix();
     // Through hidden ancestors too; every node mask is restored.
-    osg::Matrixd const& getWorldMatrix();
-    osg::Matrixd const& getInverseWorldMatrix();
+    osg::Matrixd getWorldMatrix();
+    osg::Matrixd getInverseWorldMatrix();
     // Decomposes m into the transform base, exactly, and into the three
     // properties as Euler angles, with their after-change signals silent;
     // then emits sigMatrixChanged once.
@@ -83,10 +84,6 @@ private:
 
     bool _matrixCache = true;
     iCoordinateSystem _coordinateSystem;
-    osg::Matrixd _local;
-    osg::Matrixd _inverseLocal;
-    osg::Matrixd _world;
-    osg::Matrixd _inverseWorld;
 };
 
 #endif

@@ -1,5 +1,7 @@
 #include "model/ModelTestSupport.h"
 
+#include <iModelStage/model/iMatrixParts.h>
+
 #include <osg/Math>
 #include <osg/io_utils>
 
@@ -75,11 +77,12 @@ TEST(TransformGroupTest, SetMatrixEmitsOnceAndKeepsTheExactDecomposition)
     // The base holds the decomposition itself, not what the float Euler
     // angles and scale would recompose to.
     osg::Vec3d translation, scale;
-    osg::Quat q, so;
-    m.decompose(translation, q, scale, so);
+    osg::Quat q;
+    iMatrixParts::decompose(m, translation, q, scale);
     EXPECT_EQ(t->Base::getAttitude(), q);
     EXPECT_EQ(t->Base::getPosition(), translation);
     EXPECT_EQ(t->Base::getScale(), scale);
+    EXPECT_LT((scale - osg::Vec3d(2, 2, 2)).length(), 1e-12);
 
     t->set_position(osg::Vec3f(0, 0, 0));
     EXPECT_EQ(t->Base::getPosition(), osg::Vec3d(0, 0, 0)) << "the slots work again afterwards";

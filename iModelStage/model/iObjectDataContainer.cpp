@@ -1,0 +1,3 @@
+#include <iModelStage/model/iObjectDataContainer.h>
+
+iObjectDataContainer::~iObjectDataContainer() = default;
