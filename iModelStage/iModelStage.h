@@ -85,6 +85,8 @@
 #include <iModelStage/geometry/iTriangleEntity.h>
 #include <iModelStage/viewing/iAdapterWidget.h>
 #include <iModelStage/viewing/iBaseView.h>
+#include <iModelStage/viewing/iCameraManipulator.h>
+#include <iModelStage/viewing/iColorRange.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/reporting/iDBItem.h>
