@@ -101,6 +101,15 @@
 #include <iModelStage/viewing/iBaseView.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
+#include <iModelStage/viewing/iRenderererMaskItem.h>
+#include <iModelStage/viewing/iView.h>
+#include <iModelStage/viewing/iViewState.h>
+#include <iModelStage/viewing/iViewer.h>
+#include <iModelStage/viewing/iViewerBaseButton.h>
+#include <iModelStage/viewing/iViewerButton.h>
+#include <iModelStage/viewing/iViewerButtonsLayout.h>
+#include <iModelStage/viewing/iViewerManager.h>
+#include <iModelStage/viewing/iViewerSliderButton.h>
 #include <iModelStage/snapping/iBaseSnap.h>
 #include <iModelStage/snapping/iSnapGeometry.h>
 #include <iModelStage/reporting/iDBItem.h>
