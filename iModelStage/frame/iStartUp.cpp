@@ -9,6 +9,7 @@
 #include <iModelStage/frame/iTranslate.h>
 #include <iModelStage/frame/iUnitConverterManager.h>
 #include <iModelStage/frame/iValueTypes.h>
+#include <iModelStage/geometry/iGeometryRendererManager.h>
 
 #include <osg/DisplaySettings>
 
@@ -185,6 +186,9 @@ void iModelStage_startUp()
     enterAlias("iFileReferenceGroup", "Riferimento a file");
     iAddClassIcon("iTransformGroup", ":/images/transf.png");
     enterPropertyInfoRows(13, 29);
+
+    iGeometryRendererManager::registerGeometricRenderer("iFileReferenceGroup", "iFileReferenceGroupRenderer", 1);
+    iGeometryRendererManager::registerGeometricRenderer("iPointHandle", "iPointHandleRenderer", 1);
 
     for (AliasRow const& row : kLaterAliases) {
         enterAlias(row.className, row.label);

@@ -2,10 +2,10 @@
 
 #include <iModelStage/geometry/iGeometricBuilder.h>
 #include <iModelStage/geometry/iGeometricGroup.h>
+#include <iModelStage/geometry/iGeometricsLayer.h>
 #include <iModelStage/geometry/iPolygonEntity.h>
 #include <iModelStage/geometry/iQuadEntity.h>
 #include <iModelStage/model/iLayersManager.h>
-#include <iModelStage/model/iNodeLayer.h>
 
 #include <osg/Geode>
 
@@ -19,12 +19,9 @@ double const kQuarterTurn = 1.5707963267948966;
 int const kCapSegments = 30;
 
 // The layer that holds the geometric objects, when the document has one.
-iNodeLayer* geometricsLayer()
+iGeometricsLayer* geometricsLayer()
 {
-    iNodeLayer* layer = iLayersManager::getLayer("iGeometricsLayer");
-    if (!layer || !iRoot::isClassOf(layer->getClassName(), "iGeometricsLayer"))
-        return nullptr;
-    return layer;
+    return dynamic_cast<iGeometricsLayer*>(iLayersManager::getLayer("iGeometricsLayer"));
 }
 
 void dirtyBelow(osg::Node* node)
@@ -91,10 +88,8 @@ void iGeometryRenderer::setClassFilter(std::set<std::string> const& filter)
 
 void iGeometryRenderer::forceGeometricLayerUpdate()
 {
-    if (!geometricsLayer())
-        return;
-    // The layer's own forceGeometricUpdate, which queues all its groups,
-    // is called here from the geometrics layer class on.
+    if (iGeometricsLayer* layer = geometricsLayer())
+        layer->forceGeometricUpdate();
 }
 
 bool iGeometryRenderer::getGeometricEntities(std::vector<iEntityGroup>&)
