@@ -100,6 +100,7 @@
 #include <iModelStage/viewing/iAdapterWidget.h>
 #include <iModelStage/viewing/iBaseView.h>
 #include <iModelStage/viewing/iCameraManipulator.h>
+#include <iModelStage/viewing/iChromaticScaleBuilder.h>
 #include <iModelStage/viewing/iColorRange.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>

@@ -1,5 +1,7 @@
 #include <iModelStage/viewing/iCameraManipulator.h>
 
+#include <iModelStage/viewing/iViewer.h>
+
 #include <osg/ApplicationUsage>
 #include <osg/Matrixd>
 #include <osg/Notify>
@@ -25,9 +27,9 @@ void warnTrackballSize(float size, char const* limit, float clamped)
                            << clamped << "." << std::endl;
 }
 
-iViewer* viewerOf(osgGA::GUIActionAdapter& /*aa*/)
+iViewer* viewerOf(osgGA::GUIActionAdapter& aa)
 {
-    return nullptr;
+    return dynamic_cast<iViewer*>(&aa);
 }
 
 } // namespace
@@ -307,7 +309,7 @@ float iCameraManipulator::tb_project_to_sphere(float r, float x, float y) const
     return t * t / d;
 }
 
-bool iCameraManipulator::lookupAbove(int /*lookup*/) const
+bool iCameraManipulator::lookupAbove(int lookup) const
 {
-    return _viewer == nullptr;
+    return !_viewer || _viewer->getCurrentViewLookup() > lookup;
 }

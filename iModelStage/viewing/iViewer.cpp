@@ -17,7 +17,6 @@
 #include <osg/LightSource>
 #include <osg/LineWidth>
 #include <osg/PositionAttitudeTransform>
-#include <osgGA/TrackballManipulator>
 #include <osgText/Text>
 #include <osgViewer/ViewerEventHandlers>
 
@@ -210,7 +209,7 @@ void iViewer::init()
     camera->setDrawBuffer(GL_BACK);
     camera->setReadBuffer(GL_BACK);
 
-    m_cameraManipulator = new osgGA::TrackballManipulator;
+    m_cameraManipulator = new iCameraManipulator;
     m_cameraManipulator->setAutoComputeHomePosition(false);
     m_cameraManipulator->setHomePosition(osg::Vec3d(-8.0, -25.0, 12.0), osg::Vec3d(0.0, 0.0, 0.0),
                                          osg::Vec3d(0.0, 0.0, 1.0), false);

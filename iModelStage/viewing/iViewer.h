@@ -3,6 +3,7 @@
 
 #include <iModelStage/model/NodeList.h>
 #include <iModelStage/viewing/iBaseView.h>
+#include <iModelStage/viewing/iCameraManipulator.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/viewing/iRenderererMaskItem.h>
 #include <iModelStage/viewing/iView.h>
@@ -180,7 +181,7 @@ private:
     osg::ref_ptr<osg::ClipNode> m_clipNode;
     iView m_views[9];
     iView::iViewLookup m_currentLookup = iView::iLookupAxonometric;
-    osg::ref_ptr<osgGA::CameraManipulator> m_cameraManipulator;
+    osg::ref_ptr<iCameraManipulator> m_cameraManipulator;
     osg::ref_ptr<osg::Camera> m_uiCamera;
     osg::ref_ptr<osg::Group> m_root;
     osg::ref_ptr<osg::Group> m_uiLayer;
