@@ -311,5 +311,5 @@ float iCameraManipulator::tb_project_to_sphere(float r, float x, float y) const
 
 bool iCameraManipulator::lookupAbove(int lookup) const
 {
-    return !_viewer || _viewer->getCurrentViewLookup() > lookup;
+    return _viewer.isNull() || _viewer->getCurrentViewLookup() > lookup;
 }

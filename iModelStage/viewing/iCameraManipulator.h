@@ -11,6 +11,8 @@
 #include <osgGA/CameraManipulator>
 #include <osgGA/GUIEventAdapter>
 
+#include <QPointer>
+
 class iViewer;
 
 // The orbit camera of the free perspective lookup: a centre, a distance and
@@ -96,7 +98,8 @@ private:
     osg::Quat _rotation;
     double _distance = 1.0;
     float _trackballSize = 0.5f;
-    iViewer* _viewer = nullptr;
+    // Cleared when the viewer goes before the manipulator.
+    QPointer<iViewer> _viewer;
 };
 
 #endif

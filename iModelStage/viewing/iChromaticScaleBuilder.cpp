@@ -105,7 +105,11 @@ iChromaticScaleBuilder::iChromaticScaleBuilder(iChromaticScaleBuilder const& oth
     _root->setPosition(osg::Vec3f(_posX, _posY, 0.0f));
 }
 
-iChromaticScaleBuilder::~iChromaticScaleBuilder() = default;
+iChromaticScaleBuilder::~iChromaticScaleBuilder()
+{
+    // A legend nobody holds any more would stay in the viewer for good.
+    resetViewer();
+}
 
 void iChromaticScaleBuilder::setUnitConverterCallbackAndData(UnitConverter converter, void* data)
 {

@@ -23,7 +23,8 @@ class iViewer;
 // in a viewer, either in a screen-space camera of its own (pixels) or in the
 // viewer's view layer (model units). Nothing of it goes into the document.
 //
-// Most setters only store; rebuildGeometry shows the change.
+// Most setters only store; rebuildGeometry shows the change. The legend
+// leaves its viewer when the builder goes.
 class IMODELSTAGE_EXPORT iChromaticScaleBuilder : public osg::Object {
 public:
     enum iViewSpace : int { iViewSpaceScreen = 0, iViewSpaceModel = 1 };

@@ -143,4 +143,10 @@ TEST(ChromaticScaleGL, SwitchingViewSpaceMovesTheLegendBetweenCameraAndViewLayer
     EXPECT_EQ(children, layer->getNumChildren());
     scale->resetViewer();
     EXPECT_EQ(children - 1, layer->getNumChildren());
+
+    // A legend whose builder goes leaves the viewer with it.
+    scale->rebuildGeometry();
+    EXPECT_EQ(children, layer->getNumChildren());
+    scale = nullptr;
+    EXPECT_EQ(children - 1, layer->getNumChildren());
 }
