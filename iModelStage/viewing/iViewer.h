@@ -169,6 +169,7 @@ private:
     void buildAndSetRendererMask();
     void applyProjection();
     void finishLookupSwitch(iView::iViewLookup lookup);
+    void abandonLookupAnimation();
     void handOverToManipulator();
     void addLights();
 

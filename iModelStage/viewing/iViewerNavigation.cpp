@@ -67,13 +67,11 @@ void iViewer::setViewLookup(iView::iViewLookup lookup)
 {
     if (!validLookup(lookup))
         return;
+    if (!m_lookupAnimate || lookup == iView::iLookupFree)
+        abandonLookupAnimation();
     m_previousLookup = m_currentLookup;
     m_nextLookup = lookup;
     m_currentLookup = lookup;
-    bool const animate = m_lookupAnimate && lookup != iView::iLookupFree;
-    // An animation still running would write over a switch made at once.
-    if (!animate && m_lookupTimer)
-        m_lookupTimer->stop();
     if (lookup == iView::iLookupFree) {
         handOverToManipulator();
     } else if (m_lookupAnimate) {
@@ -83,6 +81,21 @@ void iViewer::setViewLookup(iView::iViewLookup lookup)
         getCamera()->setViewMatrix(m_views[lookup].getState().getViewMatrix());
     }
     finishLookupSwitch(lookup);
+}
+
+void iViewer::abandonLookupAnimation()
+{
+    // A switch made at once ends a running animation, which would go on
+    // writing over it; the view it was heading for keeps its own window.
+    if (!isLookupAnimating())
+        return;
+    m_lookupTimer->stop();
+    iViewState& target = m_views[m_nextLookup].getState();
+    target.setLeft(m_animationTarget.getLeft());
+    target.setTop(m_animationTarget.getTop());
+    target.setRight(m_animationTarget.getRight());
+    target.setBottom(m_animationTarget.getBottom());
+    target.setDistance(m_animationTarget.getDistance());
 }
 
 void iViewer::finishLookupSwitch(iView::iViewLookup lookup)

@@ -45,12 +45,19 @@ bool iViewer::computeCameraLineIntersector(float x, float y, osg::Vec3f& start, 
     osg::Camera const* camera = getCamera();
     if (!camera)
         return false;
+    // The scene library reads the position as pixels of this window only
+    // once its event state belongs to the window; before that it rescales
+    // it as if it were normalised, and the main camera with the position as
+    // given is the right answer.
     float localX = x, localY = y;
-    if (osg::Camera const* found = getCameraContainingPosition(x, y, localX, localY))
-        camera = found;
-    else {
-        localX = x;
-        localY = y;
+    osgGA::GUIEventAdapter const* state = getEventQueue()->getCurrentEventState();
+    if (state && state->getGraphicsContext() == getGraphicsWindow()) {
+        if (osg::Camera const* found = getCameraContainingPosition(x, y, localX, localY))
+            camera = found;
+        else {
+            localX = x;
+            localY = y;
+        }
     }
     osg::Matrixd m = camera->getViewMatrix() * camera->getProjectionMatrix();
     if (camera->getViewport())

@@ -136,6 +136,18 @@ TEST_F(ViewerNavigationGL, AnimatedSwitchEndsOnTheTargetView)
     expectNear(at.eye, osg::Vec3d(0, -100, 0), 1e-4);
     expectNear(at.up, osg::Vec3d(0, 0, 1), 1e-6);
 
+    // A switch made at once ends an animation under way; the view it was
+    // heading for keeps its own window.
+    viewer.setViewLookup(iView::iLookupTop);
+    viewer.lookupAnimation();
+    EXPECT_DOUBLE_EQ(viewer.getView(iView::iLookupTop).getState().getRight(), 8.0);
+    viewer.setLookupSwitchAnimate(false);
+    viewer.setViewLookup(iView::iLookupBack);
+    EXPECT_FALSE(viewer.isLookupAnimating());
+    EXPECT_DOUBLE_EQ(viewer.getView(iView::iLookupTop).getState().getRight(), topRight);
+    viewer.setLookupSwitchAnimate(true);
+    planeChanges = 1;
+
     // The free lookup never animates; leaving it does.
     viewer.setViewLookup(iView::iLookupFree);
     EXPECT_FALSE(viewer.isLookupAnimating());

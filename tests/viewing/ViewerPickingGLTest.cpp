@@ -128,6 +128,11 @@ TEST_F(ViewerPickingGL, RayMeetsTheInputPlaneOnlyInFront)
     EXPECT_NEAR(end.x(), 4.0, 1e-4);
     EXPECT_GT(start.z(), end.z());
 
+    // Window pixels from the bottom-left corner, small ones too.
+    ASSERT_TRUE(viewer.computeCameraLineIntersector(0, 0, start, end));
+    EXPECT_NEAR(start.x(), -8.0, 1e-4);
+    EXPECT_NEAR(start.y(), -8.0, 1e-4);
+
     osg::Vec3f point(7, 7, 7);
     iCoordinateSystem ground(osg::Vec3f(0, 0, -3), osg::Vec3f(1, 0, 0), osg::Vec3f(0, 1, 0), osg::Vec3f(0, 0, 1));
     ASSERT_TRUE(viewer.computeIPlaneIntersection(ground, 150, 50, point));

@@ -68,7 +68,8 @@ public:
         show();
         init();
         return getGLWindow() && processUntil([this] { return getGLWindow()->isExposed(); }) &&
-               processUntil([this, w] { return getCamera()->getViewport()->width() == w; });
+               processUntil([this, w] { return getCamera()->getViewport()->width() == w; }) &&
+               processUntil([this] { return !isLookupAnimating(); });
     }
 
     // Paints one frame and waits for it.
