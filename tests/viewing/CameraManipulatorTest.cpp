@@ -2,7 +2,6 @@
 
 #include <iModelStage/viewing/iCameraManipulator.h>
 
-#include <osg/ApplicationUsage>
 #include <osg/Geode>
 #include <osg/Notify>
 #include <osg/Shape>
@@ -302,16 +301,4 @@ TEST_F(CameraManipulator, TrackballSizeIsClampedWithAWarning)
               "to 1.\n",
               capture->text);
     EXPECT_EQ(1.0f, manipulator->getTrackballSize());
-}
-
-TEST_F(CameraManipulator, UsageListsTheThreeBindings)
-{
-    osg::ref_ptr<osg::ApplicationUsage> usage = new osg::ApplicationUsage;
-    manipulator->getUsage(*usage);
-    osg::ApplicationUsage::UsageMap const& bindings = usage->getKeyboardMouseBindings();
-    ASSERT_EQ(3u, bindings.size());
-    EXPECT_EQ("Reset the viewing position to home", bindings.at("Trackball: Space"));
-    EXPECT_EQ(1u, bindings.count("Trackball: +"));
-    EXPECT_EQ(1u, bindings.count("Trackball: -"));
-    EXPECT_STREQ("iCameraManipulator", manipulator->className());
 }
