@@ -2,6 +2,7 @@
 
 #include <iModelStage/geometry/iGeometricGroup.h>
 #include <iModelStage/geometry/iGeometryRenderer.h>
+#include <iModelStage/viewing/iViewerManager.h>
 
 #include <algorithm>
 #include <deque>
@@ -86,10 +87,9 @@ bool iGeometryRendererManager::hasAttachedRenderer(char const* className)
     return found != registry().end() && !found->second.empty();
 }
 
-bool iGeometryRendererManager::canRender(int)
+bool iGeometryRendererManager::canRender(int mask)
 {
-    // No viewer shows anything yet.
-    return false;
+    return iViewerManager::isMaskEnabled(mask);
 }
 
 bool iGeometryRendererManager::getGeometricEntities(iGeometricGroup* group, char const* rendererClassName,
