@@ -146,8 +146,17 @@ bool iGeometricsLayer::lockUnLockGeometricUpdate(bool lock)
 
 void iGeometricsLayer::addToGeometricCacheUpdate(iGeometricGroup* group)
 {
-    if (!group || _geometricUpdateCache.count(group) > 0)
+    if (!group)
         return;
+    auto const queued = _geometricUpdateCache.find(group);
+    if (queued != _geometricUpdateCache.end()) {
+        // An entry of a group that died unannounced must not stand in for
+        // a new group at the same address.
+        osg::ref_ptr<iGeometricGroup> alive;
+        if (queued->second.group.lock(alive))
+            return;
+        _geometricUpdateCache.erase(queued);
+    }
     if (_geometricUpdateLocked)
         return;
     // From now on updateGeometry(false) waits for the frame.

@@ -166,6 +166,21 @@ TEST_F(GeometricsLayerTest, RemovedGroupIsNotRebuiltAndUpdatesAtOnceAgain)
     EXPECT_EQ(other->ownRebuilds, 0);
 }
 
+TEST_F(GeometricsLayerTest, QueuedGroupThatDiesUnannouncedIsPassedOver)
+{
+    osg::ref_ptr<iLayerGroup> kept = add("kept");
+    osg::observer_ptr<iLayerGroup> watch;
+    {
+        osg::ref_ptr<iLayerGroup> lost = add("lost");
+        watch = lost;
+        // Taken out of the tree behind the layer's back, then released.
+        layer->getObjectsRoot()->removeChild(lost.get());
+    }
+    ASSERT_FALSE(watch.valid());
+    layer->loop();
+    EXPECT_EQ(kept->ownRebuilds, 1);
+}
+
 TEST_F(GeometricsLayerTest, GroupThatQueuesItselfWhileRebuildingIsNotRebuiltAgain)
 {
     osg::ref_ptr<iRequeueGroup> group = make<iRequeueGroup>("self");
