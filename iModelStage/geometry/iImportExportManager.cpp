@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <set>
 
 I_REGISTER_CLASS(iImportExportManager)
 
@@ -58,12 +59,21 @@ void appendEntries(osgDB::ReaderWriter::FormatDescriptionMap const& extensions, 
         out.push_back(entry.second + " (*." + entry.first + ")");
 }
 
+// The reader-writers that loading the plug-in adds. The plug-in stays
+// loaded: osgDB's own query unloads what it loaded, and some plug-ins pull
+// in libraries that do not survive being unloaded. A plug-in already in use
+// adds nothing; the caller lists those from the registry.
 void appendPluginEntries(std::string const& plugin, std::vector<std::string>& out)
 {
-    osgDB::ReaderWriterInfoList infos;
-    osgDB::queryPlugin(plugin, infos);
-    for (osg::ref_ptr<osgDB::ReaderWriterInfo> const& info : infos)
-        appendEntries(info->extensions, out);
+    osgDB::Registry* registry = osgDB::Registry::instance();
+    std::set<osgDB::ReaderWriter const*> before;
+    for (osg::ref_ptr<osgDB::ReaderWriter> const& reader : registry->getReaderWriterList())
+        before.insert(reader.get());
+    if (registry->loadLibrary(plugin) != osgDB::Registry::LOADED)
+        return;
+    for (osg::ref_ptr<osgDB::ReaderWriter> const& reader : registry->getReaderWriterList())
+        if (before.count(reader.get()) == 0)
+            appendEntries(reader->supportedExtensions(), out);
 }
 
 } // namespace
@@ -152,8 +162,8 @@ std::vector<std::string> iImportExportManager::getHandledFileExtensions()
         entries.insert(entries.end(), own.begin(), own.end());
         return false;
     });
-    // A plug-in already in use tells nothing when queried: its readers are
-    // taken from the registry instead, after the others.
+    // Plug-ins already in use are listed from the registry, after the
+    // others.
     osgDB::Registry::ReaderWriterList const inUse = osgDB::Registry::instance()->getReaderWriterList();
     osgDB::FileNameList plugins = osgDB::listAllAvailablePlugins();
     if (plugins.empty())

@@ -2,10 +2,8 @@
 
 #include <iModelStage/geometry/iGridGroup.h>
 
-#include <osg/Depth>
 #include <osg/Geode>
 #include <osg/Geometry>
-#include <osg/PolygonMode>
 
 #include <cmath>
 
@@ -111,31 +109,6 @@ TEST(GridGroup, DefaultGridHasStrongLinesAtMultiplesOfTen)
     EXPECT_EQ(verticesOf(axes)[3], osg::Vec3f(0, -50, 0));
     EXPECT_EQ(coloursOf(axes)[1], osg::Vec4f(1, 0, 0, 0.6f));
     EXPECT_EQ(coloursOf(axes)[2], osg::Vec4f(0, 1, 0, 0.6f));
-}
-
-TEST(GridGroup, PartsCarryTheirOwnDrawingState)
-{
-    osg::ref_ptr<iGridGroup> grid = builtGrid();
-    osg::StateSet* plane = geometryOf(grid.get(), 0)->getStateSet();
-    ASSERT_TRUE(plane);
-    EXPECT_EQ(plane->getMode(GL_BLEND),
-              osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED);
-    auto* depth = dynamic_cast<osg::Depth*>(plane->getAttribute(osg::StateAttribute::DEPTH));
-    ASSERT_TRUE(depth);
-    EXPECT_FALSE(depth->getWriteMask());
-    EXPECT_EQ(depth->getFunction(), osg::Depth::LESS);
-
-    for (unsigned int index : {1u, 2u}) {
-        osg::StateSet* state = geometryOf(grid.get(), index)->getStateSet();
-        ASSERT_TRUE(state);
-        auto* mode = dynamic_cast<osg::PolygonMode*>(state->getAttribute(osg::StateAttribute::POLYGONMODE));
-        ASSERT_TRUE(mode);
-        EXPECT_EQ(mode->getMode(osg::PolygonMode::FRONT), osg::PolygonMode::LINE);
-        EXPECT_TRUE(state->getAttribute(osg::StateAttribute::MATERIAL));
-        EXPECT_EQ(state->getMode(GL_LIGHTING),
-                  osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED);
-        EXPECT_EQ(state->getMode(GL_DEPTH_TEST) & osg::StateAttribute::ON, 0u);
-    }
 }
 
 TEST(GridGroup, HiddenPartsAreBuiltWithNodeMaskZero)
