@@ -108,8 +108,13 @@
 #include <iModelStage/viewing/iViewerBaseButton.h>
 #include <iModelStage/viewing/iViewerButton.h>
 #include <iModelStage/viewing/iViewerButtonsLayout.h>
+#include <iModelStage/viewing/iViewerEventHandler.h>
 #include <iModelStage/viewing/iViewerManager.h>
 #include <iModelStage/viewing/iViewerSliderButton.h>
+#include <iModelStage/interaction/iIAPoint.h>
+#include <iModelStage/interaction/iImmediateInteractor.h>
+#include <iModelStage/interaction/iInteractor.h>
+#include <iModelStage/interaction/iStackedInteractor.h>
 #include <iModelStage/snapping/iBaseSnap.h>
 #include <iModelStage/snapping/iSnapGeometry.h>
 #include <iModelStage/reporting/iDBItem.h>
