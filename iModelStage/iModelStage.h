@@ -116,7 +116,14 @@
 #include <iModelStage/interaction/iInteractor.h>
 #include <iModelStage/interaction/iStackedInteractor.h>
 #include <iModelStage/snapping/iBaseSnap.h>
+#include <iModelStage/snapping/iCentroidSnap.h>
+#include <iModelStage/snapping/iGridSnap.h>
+#include <iModelStage/snapping/iIntersectionSnap.h>
+#include <iModelStage/snapping/iNearestSnap.h>
+#include <iModelStage/snapping/iPointSnap.h>
+#include <iModelStage/snapping/iSnapChildIndex.h>
 #include <iModelStage/snapping/iSnapGeometry.h>
+#include <iModelStage/snapping/iSnapHitVisitor.h>
 #include <iModelStage/reporting/iDBItem.h>
 #include <iModelStage/reporting/iDBScanner.h>
 #include <iModelStage/reporting/iDBScannerHandler.h>
