@@ -112,8 +112,11 @@
 #include <iModelStage/viewing/iViewerManager.h>
 #include <iModelStage/viewing/iViewerSliderButton.h>
 #include <iModelStage/interaction/iIAPoint.h>
+#include <iModelStage/interaction/iIAPointBuilder.h>
 #include <iModelStage/interaction/iImmediateInteractor.h>
 #include <iModelStage/interaction/iInteractor.h>
+#include <iModelStage/interaction/iInteractorInputHandler.h>
+#include <iModelStage/interaction/iInteractorManager.h>
 #include <iModelStage/interaction/iStackedInteractor.h>
 #include <iModelStage/snapping/iBaseSnap.h>
 #include <iModelStage/snapping/iCentroidSnap.h>

@@ -4,6 +4,8 @@
 #include <iModelStage/geometry/iGeometricsLayer.h>
 #include <iModelStage/interaction/iImmediateInteractor.h>
 #include <iModelStage/interaction/iInteractor.h>
+#include <iModelStage/interaction/iInteractorInputHandler.h>
+#include <iModelStage/interaction/iInteractorManager.h>
 #include <iModelStage/interaction/iStackedInteractor.h>
 
 #include <gtest/gtest.h>
