@@ -119,8 +119,16 @@
 #include <iModelStage/viewing/iViewerBaseButton.h>
 #include <iModelStage/viewing/iViewerButton.h>
 #include <iModelStage/viewing/iViewerButtonsLayout.h>
+#include <iModelStage/viewing/iViewerEventHandler.h>
 #include <iModelStage/viewing/iViewerManager.h>
 #include <iModelStage/viewing/iViewerSliderButton.h>
+#include <iModelStage/interaction/iIAPoint.h>
+#include <iModelStage/interaction/iIAPointBuilder.h>
+#include <iModelStage/interaction/iImmediateInteractor.h>
+#include <iModelStage/interaction/iInteractor.h>
+#include <iModelStage/interaction/iInteractorInputHandler.h>
+#include <iModelStage/interaction/iInteractorManager.h>
+#include <iModelStage/interaction/iStackedInteractor.h>
 #include <iModelStage/snapping/iBaseSnap.h>
 #include <iModelStage/snapping/iCentroidSnap.h>
 #include <iModelStage/snapping/iGridSnap.h>
