@@ -146,6 +146,20 @@ TEST_F(EventHandlerGL, SnappedPointReachesTheToolAndTheCrossFollowsIt)
     EXPECT_TRUE(layer->getIPlanes()->containsNode(cross));
     EXPECT_EQ(cross->getMatrix().getTrans(), osg::Vec3d(3, 4, 0));
     EXPECT_TRUE(layer->isNodeFlagSet(cross, 0));
+    // Drawn as dashed grey lines through the pointer.
+    moveTo(150, 120);
+    frame();
+    frame();
+    auto greyRun = [this](int x0, int y0, int dx, int dy) {
+        int count = 0;
+        for (int i = 0; i < 60; ++i)
+            count += sameColor(viewer.pixel(x0 + i * dx, y0 + i * dy), 204, 204, 204, 3) ? 1 : 0;
+        return count;
+    };
+    EXPECT_GT(greyRun(150, 10, 0, 1), 30);
+    EXPECT_LT(greyRun(150, 10, 0, 1), 60);
+    EXPECT_GT(greyRun(10, 120, 1, 0), 30);
+    EXPECT_EQ(greyRun(130, 10, 0, 1), 0);
     tool->setAllowConstructionLines(false);
     moveTo(101, 60);
     frame();
