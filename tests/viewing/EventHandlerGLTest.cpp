@@ -79,6 +79,16 @@ TEST_F(EventHandlerGL, PointerReachesTheToolAsPointsOnTheInputPlane)
     frame();
     tool->skipMoves = true;
     EXPECT_EQ(take(), (CallLog{"release " + worldAt(100, 100)}));
+
+    // The wheel zooms the view and is not the tool's.
+    double const width = viewer.getCurrentView().getState().getRight() - viewer.getCurrentView().getState().getLeft();
+    QPointF const centre(100, 100);
+    send(new QWheelEvent(centre, centre, QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                         false));
+    frame();
+    double const wider = viewer.getCurrentView().getState().getRight() - viewer.getCurrentView().getState().getLeft();
+    EXPECT_NEAR(wider, width * 1.21, width * 1e-6);
+    EXPECT_TRUE(take().empty());
 }
 
 TEST_F(EventHandlerGL, ViewButtonTakesTheClickAndTheToolSeesOnlyTheMotion)
