@@ -71,9 +71,8 @@ TEST_F(EventHandlerGL, PointerReachesTheToolAsPointsOnTheInputPlane)
     EXPECT_EQ(tool->getViewer(), &viewer);
     EXPECT_EQ(manager.getCurrentViewer(), &viewer);
 
-    // Two buttons at once do nothing; neither does the right button alone
-    // outside the axonometric lookup, nor the middle one in the free
-    // lookup. The releases still reach the tool.
+    // The right button alone does nothing outside the axonometric lookup;
+    // its release still reaches the tool.
     press(100, 100, Qt::RightButton);
     release(100, 100, Qt::RightButton);
     frame();
