@@ -127,6 +127,14 @@
 #include <iModelStage/snapping/iSnapChildIndex.h>
 #include <iModelStage/snapping/iSnapGeometry.h>
 #include <iModelStage/snapping/iSnapHitVisitor.h>
+#include <iModelStage/dimensioning/iBaseQuote.h>
+#include <iModelStage/dimensioning/iCreateLeaderIA.h>
+#include <iModelStage/dimensioning/iCreateLinearQuoteIA.h>
+#include <iModelStage/dimensioning/iCreatePointQuoteIA.h>
+#include <iModelStage/dimensioning/iLeader.h>
+#include <iModelStage/dimensioning/iLinearQuote.h>
+#include <iModelStage/dimensioning/iPointQuote.h>
+#include <iModelStage/dimensioning/iQuoteHandOver.h>
 #include <iModelStage/reporting/iDBItem.h>
 #include <iModelStage/reporting/iDBScanner.h>
 #include <iModelStage/reporting/iDBScannerHandler.h>
