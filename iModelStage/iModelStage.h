@@ -144,5 +144,8 @@
 #include <iModelStage/reporting/iExceptionManagerInterface.h>
 #include <iModelStage/reporting/iProgressHandler.h>
 #include <iModelStage/reporting/iProgressInterface.h>
+#include <iModelStage/reporting/iSearcher.h>
+#include <iModelStage/reporting/iSearcherHandler.h>
+#include <iModelStage/reporting/iSearcherItem.h>
 
 #endif
