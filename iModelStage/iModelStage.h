@@ -99,6 +99,8 @@
 #include <iModelStage/geometry/iTriangleEntity.h>
 #include <iModelStage/viewing/iAdapterWidget.h>
 #include <iModelStage/viewing/iBaseView.h>
+#include <iModelStage/viewing/iDragDropInterface.h>
+#include <iModelStage/viewing/iDropCallback.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/viewing/iRenderererMaskItem.h>

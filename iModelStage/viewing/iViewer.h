@@ -19,6 +19,9 @@
 
 #include <vector>
 
+class QDragMoveEvent;
+class QDropEvent;
+class QMimeData;
 class QTimer;
 class iCoordinateSystem;
 class iGeometricGroup;
@@ -147,8 +150,16 @@ public slots:
     void zoomFactor(double f);
     void lookupAnimation();
 
+    // Reads a drag payload of the type "iapplication/dragdrop.data": the
+    // source class, then live node addresses. False when there is no such
+    // payload or it names no node. A host's viewer may read other formats.
+    virtual bool decodeData(QMimeData const* mime, QString& source, NodeList& nodes);
+
 protected:
     bool event(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void renderingTraversals() override;
 
     void updateProjection(int width, int height);
@@ -163,6 +174,7 @@ protected:
     static void setupGlobalAxis(iViewer* viewer);
 
 private:
+    void dragOver(QDragMoveEvent* event);
     osg::Node* processClipBox(osg::Node* node);
     void reapplySceneData();
     void buildAndSetRendererMask();
