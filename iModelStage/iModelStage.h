@@ -104,6 +104,7 @@
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/viewing/iRenderererMaskItem.h>
+#include <iModelStage/viewing/iScreenShotHandler.h>
 #include <iModelStage/viewing/iView.h>
 #include <iModelStage/viewing/iViewState.h>
 #include <iModelStage/viewing/iViewer.h>
@@ -112,6 +113,7 @@
 #include <iModelStage/viewing/iViewerButtonsLayout.h>
 #include <iModelStage/viewing/iViewerEventHandler.h>
 #include <iModelStage/viewing/iViewerManager.h>
+#include <iModelStage/viewing/iViewerShotIA.h>
 #include <iModelStage/viewing/iViewerSliderButton.h>
 #include <iModelStage/interaction/iIAPoint.h>
 #include <iModelStage/interaction/iIAPointBuilder.h>
