@@ -110,9 +110,12 @@
 #include <iModelStage/viewing/iCameraManipulator.h>
 #include <iModelStage/viewing/iChromaticScaleBuilder.h>
 #include <iModelStage/viewing/iColorRange.h>
+#include <iModelStage/viewing/iDragDropInterface.h>
+#include <iModelStage/viewing/iDropCallback.h>
 #include <iModelStage/viewing/iGuiEventMapping.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 #include <iModelStage/viewing/iRenderererMaskItem.h>
+#include <iModelStage/viewing/iScreenShotHandler.h>
 #include <iModelStage/viewing/iView.h>
 #include <iModelStage/viewing/iViewState.h>
 #include <iModelStage/viewing/iViewer.h>
@@ -122,6 +125,7 @@
 #include <iModelStage/viewing/iViewerButtonsLayout.h>
 #include <iModelStage/viewing/iViewerEventHandler.h>
 #include <iModelStage/viewing/iViewerManager.h>
+#include <iModelStage/viewing/iViewerShotIA.h>
 #include <iModelStage/viewing/iViewerSliderButton.h>
 #include <iModelStage/interaction/iIAPoint.h>
 #include <iModelStage/interaction/iIAPointBuilder.h>
@@ -141,6 +145,14 @@
 #include <iModelStage/snapping/iSnapHitVisitor.h>
 #include <iModelStage/editing/iBaseManipulator.h>
 #include <iModelStage/editing/iManipulatorsManager.h>
+#include <iModelStage/dimensioning/iBaseQuote.h>
+#include <iModelStage/dimensioning/iCreateLeaderIA.h>
+#include <iModelStage/dimensioning/iCreateLinearQuoteIA.h>
+#include <iModelStage/dimensioning/iCreatePointQuoteIA.h>
+#include <iModelStage/dimensioning/iLeader.h>
+#include <iModelStage/dimensioning/iLinearQuote.h>
+#include <iModelStage/dimensioning/iPointQuote.h>
+#include <iModelStage/dimensioning/iQuoteHandOver.h>
 #include <iModelStage/reporting/iDBItem.h>
 #include <iModelStage/reporting/iDBScanner.h>
 #include <iModelStage/reporting/iDBScannerHandler.h>
@@ -150,5 +162,8 @@
 #include <iModelStage/reporting/iExceptionManagerInterface.h>
 #include <iModelStage/reporting/iProgressHandler.h>
 #include <iModelStage/reporting/iProgressInterface.h>
+#include <iModelStage/reporting/iSearcher.h>
+#include <iModelStage/reporting/iSearcherHandler.h>
+#include <iModelStage/reporting/iSearcherItem.h>
 
 #endif

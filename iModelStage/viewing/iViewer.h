@@ -20,6 +20,9 @@
 
 #include <vector>
 
+class QDragMoveEvent;
+class QDropEvent;
+class QMimeData;
 class QTimer;
 class iCoordinateSystem;
 class iGeometricGroup;
@@ -152,6 +155,7 @@ public slots:
     void zoomFactor(double f);
     void lookupAnimation();
 
+<<<<<<< HEAD
     // Targets of the view buttons. The drag slots start, move and end a
     // navigation tool from a slider button; the others push a one-shot
     // tool.
@@ -167,9 +171,18 @@ public slots:
     void slotZoomAll();
     void slotZoomSelected();
     void slotZoomWindow();
+=======
+    // Reads a drag payload of the type "iapplication/dragdrop.data": the
+    // source class, then live node addresses. False when there is no such
+    // payload or it names no node. A host's viewer may read other formats.
+    virtual bool decodeData(QMimeData const* mime, QString& source, NodeList& nodes);
+>>>>>>> quotes
 
 protected:
     bool event(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void renderingTraversals() override;
 
     void updateProjection(int width, int height);
@@ -185,6 +198,7 @@ protected:
     static void setupGlobalAxis(iViewer* viewer);
 
 private:
+    void dragOver(QDragMoveEvent* event);
     osg::Node* processClipBox(osg::Node* node);
     void reapplySceneData();
     void buildAndSetRendererMask();

@@ -1,0 +1,4 @@
+#include <iModelStage/reporting/iSearcherHandler.h>
+
+iSearcherHandler::iSearcherHandler() = default;
+iSearcherHandler::~iSearcherHandler() = default;
