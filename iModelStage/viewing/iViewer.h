@@ -155,7 +155,6 @@ public slots:
     void zoomFactor(double f);
     void lookupAnimation();
 
-<<<<<<< HEAD
     // Targets of the view buttons. The drag slots start, move and end a
     // navigation tool from a slider button; the others push a one-shot
     // tool.
@@ -171,12 +170,11 @@ public slots:
     void slotZoomAll();
     void slotZoomSelected();
     void slotZoomWindow();
-=======
+
     // Reads a drag payload of the type "iapplication/dragdrop.data": the
     // source class, then live node addresses. False when there is no such
     // payload or it names no node. A host's viewer may read other formats.
     virtual bool decodeData(QMimeData const* mime, QString& source, NodeList& nodes);
->>>>>>> quotes
 
 protected:
     bool event(QEvent* event) override;
