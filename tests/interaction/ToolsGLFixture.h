@@ -53,8 +53,8 @@ protected:
             tool->start();
         tool->move(pointAt(tool, path.front()));
         tool->click(pointAt(tool, path.front()));
-        for (osg::Vec2f const& at : path)
-            tool->move(pointAt(tool, at));
+        for (size_t i = 1; i < path.size(); ++i)
+            tool->move(pointAt(tool, path[i]));
         tool->release(pointAt(tool, path.back()));
     }
 
