@@ -120,12 +120,17 @@
 #include <iModelStage/interaction/iInteractor.h>
 #include <iModelStage/interaction/iInteractorInputHandler.h>
 #include <iModelStage/interaction/iInteractorManager.h>
+#include <iModelStage/interaction/iMirrorIA.h>
 #include <iModelStage/interaction/iPanIA.h>
+#include <iModelStage/interaction/iRotateIA.h>
 #include <iModelStage/interaction/iRotateViewIA.h>
 #include <iModelStage/interaction/iRubberBand.h>
+#include <iModelStage/interaction/iScaleIA.h>
 #include <iModelStage/interaction/iSelectIA.h>
 #include <iModelStage/interaction/iSelectWindowIA.h>
 #include <iModelStage/interaction/iStackedInteractor.h>
+#include <iModelStage/interaction/iTransformIA.h>
+#include <iModelStage/interaction/iTranslateIA.h>
 #include <iModelStage/interaction/iZoomAllIA.h>
 #include <iModelStage/interaction/iZoomInIA.h>
 #include <iModelStage/interaction/iZoomInteractiveIA.h>
