@@ -130,6 +130,8 @@
 #include <iModelStage/interaction/iSelectWindowIA.h>
 #include <iModelStage/interaction/iStackedInteractor.h>
 #include <iModelStage/interaction/iTransformIA.h>
+#include <iModelStage/interaction/iTranslate1DIA.h>
+#include <iModelStage/interaction/iTranslate2DIA.h>
 #include <iModelStage/interaction/iTranslateIA.h>
 #include <iModelStage/interaction/iZoomAllIA.h>
 #include <iModelStage/interaction/iZoomInIA.h>
