@@ -4,6 +4,7 @@
 #include <iModelStage/geometry/iFileReferenceGroup.h>
 #include <iModelStage/geometry/iGeometricsLayer.h>
 #include <iModelStage/model/iTransformGroup.h>
+#include <iModelStage/viewing/iViewer.h>
 
 I_REGISTER_CLASS(iTransformIA)
 I_REGISTER_PROPERTY(iTransformIA, bool, makecopy, "Transform")
@@ -53,6 +54,24 @@ void iTransformIA::transformFromStart(std::vector<osg::Matrixd> const& starts, o
     for (size_t i = 0; i < _targets.size() && i < starts.size(); ++i)
         if (auto* group = dynamic_cast<iTransformGroup*>(_targets[i].get()))
             group->setWorldMatrix(starts[i] * m);
+}
+
+bool iTransformIA::cameraLineAt(iIAPoint const& p, osg::Vec3f& near, osg::Vec3f& far, osg::Matrixd& targetMatrix)
+{
+    osg::Vec3f window;
+    iViewer* viewer = getViewer();
+    if (!project3DTo2D(p.getGlobalPos(), window) || getCurrentStep() != 1 || _targets.empty() || !viewer)
+        return false;
+    if (!viewer->computeCameraLineIntersector(window.x(), window.y(), near, far))
+        return false;
+    auto* target = dynamic_cast<iTransformGroup*>(_targets.front().get());
+    targetMatrix = target ? target->getWorldMatrix() : osg::Matrixd::identity();
+    return true;
+}
+
+void iTransformIA::translateFromStart(osg::Vec3f const& delta)
+{
+    transformFromStart(_startMatrices, osg::Matrixd::translate(delta));
 }
 
 void iTransformIA::cancelTransform()

@@ -44,6 +44,12 @@ protected:
     void transformFromStart(std::vector<osg::Matrixd> const& starts, osg::Matrixd const& m);
     // The prompts of the steps, all of points with a zero default.
     void addTransformSteps(std::initializer_list<char const*> prompts);
+    // The camera line through the window position of p's global point, and
+    // the first target's world matrix; false outside the second step,
+    // without targets or viewer.
+    bool cameraLineAt(iIAPoint const& p, osg::Vec3f& near, osg::Vec3f& far, osg::Matrixd& targetMatrix);
+    // Every target's world matrix becomes its start matrix moved by delta.
+    void translateFromStart(osg::Vec3f const& delta);
     // The classes a transform tool acts on.
     static std::set<std::string>& targetClasses();
 

@@ -1,7 +1,5 @@
 #include <iModelStage/interaction/iTranslate1DIA.h>
 
-#include <iModelStage/model/iTransformGroup.h>
-#include <iModelStage/viewing/iViewer.h>
 
 I_REGISTER_CLASS(iTranslate1DIA)
 
@@ -15,16 +13,10 @@ iTranslate1DIA::~iTranslate1DIA() = default;
 
 bool iTranslate1DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
 {
-    osg::Vec3f window;
-    iViewer* viewer = getViewer();
-    if (!project3DTo2D(p.getGlobalPos(), window) || getCurrentStep() != 1 || _targets.empty() || !viewer)
-        return false;
     osg::Vec3f near;
     osg::Vec3f far;
-    if (!viewer->computeCameraLineIntersector(window.x(), window.y(), near, far))
+    if (!cameraLineAt(p, near, far, _targetMatrix))
         return false;
-    auto* target = dynamic_cast<iTransformGroup*>(_targets.front().get());
-    _targetMatrix = target ? target->getWorldMatrix() : osg::Matrixd::identity();
     _targetInverse = osg::Matrixd::inverse(_targetMatrix);
     osg::Vec3f const a0 = _axisPoint0 * _targetMatrix;
     osg::Vec3f const a1 = _axisPoint1 * _targetMatrix;
@@ -67,5 +59,5 @@ bool iTranslate1DIA::move(iIAPoint const& p)
 
 void iTranslate1DIA::applyTransform()
 {
-    transformFromStart(_startMatrices, osg::Matrixd::translate(_delta));
+    translateFromStart(_delta);
 }

@@ -1,7 +1,5 @@
 #include <iModelStage/interaction/iTranslate2DIA.h>
 
-#include <iModelStage/model/iTransformGroup.h>
-#include <iModelStage/viewing/iViewer.h>
 
 I_REGISTER_CLASS(iTranslate2DIA)
 
@@ -15,16 +13,10 @@ iTranslate2DIA::~iTranslate2DIA() = default;
 
 bool iTranslate2DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
 {
-    osg::Vec3f window;
-    iViewer* viewer = getViewer();
-    if (!project3DTo2D(p.getGlobalPos(), window) || getCurrentStep() != 1 || _targets.empty() || !viewer)
-        return false;
     osg::Vec3f near;
     osg::Vec3f far;
-    if (!viewer->computeCameraLineIntersector(window.x(), window.y(), near, far))
+    if (!cameraLineAt(p, near, far, _targetMatrix))
         return false;
-    auto* target = dynamic_cast<iTransformGroup*>(_targets.front().get());
-    _targetMatrix = target ? target->getWorldMatrix() : osg::Matrixd::identity();
     _targetInverse = osg::Matrixd::inverse(_targetMatrix);
     osg::Vec3f const origin = _planePoint * _targetMatrix;
     osg::Vec3f const n = osg::Matrixd::transform3x3(_planeNormal, _targetMatrix);
@@ -59,5 +51,5 @@ bool iTranslate2DIA::move(iIAPoint const& p)
 
 void iTranslate2DIA::applyTransform()
 {
-    transformFromStart(_startMatrices, osg::Matrixd::translate(_delta));
+    translateFromStart(_delta);
 }
