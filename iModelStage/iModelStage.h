@@ -106,6 +106,7 @@
 #include <iModelStage/viewing/iViewState.h>
 #include <iModelStage/viewing/iViewer.h>
 #include <iModelStage/viewing/iViewerBaseButton.h>
+#include <iModelStage/viewing/iViewerBaseEventHandler.h>
 #include <iModelStage/viewing/iViewerButton.h>
 #include <iModelStage/viewing/iViewerButtonsLayout.h>
 #include <iModelStage/viewing/iViewerEventHandler.h>
@@ -148,6 +149,8 @@
 #include <iModelStage/snapping/iSnapChildIndex.h>
 #include <iModelStage/snapping/iSnapGeometry.h>
 #include <iModelStage/snapping/iSnapHitVisitor.h>
+#include <iModelStage/editing/iBaseManipulator.h>
+#include <iModelStage/editing/iManipulatorsManager.h>
 #include <iModelStage/reporting/iDBItem.h>
 #include <iModelStage/reporting/iDBScanner.h>
 #include <iModelStage/reporting/iDBScannerHandler.h>

@@ -27,8 +27,9 @@ class IMODELSTAGE_EXPORT iBaseSnap : public iRoot {
     I_CLASS(iBaseSnap, iRoot, 1)
 public:
     // How overlapping candidates are resolved; any value other than the
-    // first two behaves as iOrthoSnapProject.
-    enum iOrthoSnapBevahior { iOrthoSnapFree = 0, iOrthoSnapInputPlane = 1, iOrthoSnapProject = 2 };
+    // first two behaves as iOrthoSnapProject. Unsigned underneath, so that
+    // an interactor's unsigned setting can be passed through as it is.
+    enum iOrthoSnapBevahior : unsigned int { iOrthoSnapFree = 0, iOrthoSnapInputPlane = 1, iOrthoSnapProject = 2 };
 
     iBaseSnap() = default;
     ~iBaseSnap() override = default;

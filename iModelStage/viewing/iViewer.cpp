@@ -451,6 +451,7 @@ void iViewer::createViewButtons()
         m_viewButtons[i] = button;
         m_buttonsLayout->addButton(button, row.pos);
     }
+    connectViewButtons();
     m_buttonsFlags = 0;
     for (iViewerBaseButton* button : m_viewButtons)
         button->setVisible(false);

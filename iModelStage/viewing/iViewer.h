@@ -103,6 +103,10 @@ public:
     unsigned int getViewerButtonsFlags() const { return m_buttonsFlags; }
     iViewerBaseButton* getCapturedButton() const { return m_capturedButton; }
     iViewerBaseButton* getHoverButton() const { return m_hoverButton; }
+    // Kept for the event handler: the button pressed and not yet released,
+    // and the one under the pointer.
+    void setCapturedButton(iViewerBaseButton* button) { m_capturedButton = button; }
+    void setHoverButton(iViewerBaseButton* button) { m_hoverButton = button; }
 
     // Picking. Window positions are pixels from the bottom-left corner;
     // normalised positions run from -1 to 1 across the viewport.
@@ -147,6 +151,22 @@ public slots:
     void zoomFactor(double f);
     void lookupAnimation();
 
+    // Targets of the view buttons. The drag slots start, move and end a
+    // navigation tool from a slider button; the others push a one-shot
+    // tool.
+    void slotPanInteractive(int x, int y);
+    void slotRotateInteractive(int x, int y);
+    void slotZoomInteractive(int x, int y);
+    void slotPanInteractiveMoved(int x, int y, int dx, int dy);
+    void slotRotateInteractiveMoved(int x, int y, int dx, int dy);
+    void slotZoomInteractiveMoved(int x, int y, int dx, int dy);
+    void slotPanInteractiveReleased();
+    void slotRotateInteractiveReleased();
+    void slotZoomInteractiveReleased();
+    void slotZoomAll();
+    void slotZoomSelected();
+    void slotZoomWindow();
+
 protected:
     bool event(QEvent* event) override;
     void renderingTraversals() override;
@@ -155,6 +175,7 @@ protected:
     void updateViewMatrix();
     void startLookupSwithAnimation();
     void createViewButtons();
+    void connectViewButtons();
     // Draws the clip box as a wire into the clip geometry transform, which
     // a derived viewer creates and places.
     void rebuildClipBoxGeometry();
@@ -170,6 +191,9 @@ private:
     void finishLookupSwitch(iView::iViewLookup lookup);
     void handOverToManipulator();
     void addLights();
+    void startDragTool(char const* className, int x, int y);
+    void moveDragTool(int x, int y, int dx, int dy);
+    void endDragTool(char const* className);
 
     bool m_initialized = false;
     osg::observer_ptr<osg::Node> m_sceneData;
