@@ -172,6 +172,7 @@ protected:
     // Opens an undo step before the tool's first change.
     void storeForUndo(std::string const& text);
     void cancelUndoStore();
+    void setLastReleasedPos(iIAPoint const& p) { _lastReleasedPos = p; }
     // Window position of a world point; false without a viewer.
     bool project3DTo2D(osg::Vec3f const& world, osg::Vec3f& window);
 

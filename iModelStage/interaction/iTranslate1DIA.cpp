@@ -1,0 +1,63 @@
+#include <iModelStage/interaction/iTranslate1DIA.h>
+
+
+I_REGISTER_CLASS(iTranslate1DIA)
+
+iTranslate1DIA::iTranslate1DIA()
+{
+    setNumSteps(2);
+    addTransformSteps({"Dal punto", "Al punto", "Oggetti spostati"});
+}
+
+iTranslate1DIA::~iTranslate1DIA() = default;
+
+bool iTranslate1DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
+{
+    osg::Vec3f near;
+    osg::Vec3f far;
+    if (!cameraLineAt(p, near, far, _targetMatrix))
+        return false;
+    _targetInverse = osg::Matrixd::inverse(_targetMatrix);
+    osg::Vec3f const a0 = _axisPoint0 * _targetMatrix;
+    osg::Vec3f const a1 = _axisPoint1 * _targetMatrix;
+    // Closest points of two lines, both directions of unit length.
+    osg::Vec3f u = far - near;
+    osg::Vec3f v = a1 - a0;
+    u.normalize();
+    v.normalize();
+    osg::Vec3f const w = near - a0;
+    double const b = u * v;
+    double const d = u * w;
+    double const e = v * w;
+    double const det = 1.0 - b * b;
+    if (det == 0.0)
+        return false;
+    double const s = (b * e - d) / det;
+    point = near + u * float(s);
+    return true;
+}
+
+bool iTranslate1DIA::release(iIAPoint const& p)
+{
+    iTransformIA::release(p);
+    osg::Vec3f point;
+    if (cursorPoint(p, point))
+        _anchor = point;
+    return true;
+}
+
+bool iTranslate1DIA::move(iIAPoint const& p)
+{
+    iInteractor::move(p);
+    osg::Vec3f point;
+    if (!cursorPoint(p, point))
+        return true;
+    _delta = point - _anchor;
+    applyTransform();
+    return true;
+}
+
+void iTranslate1DIA::applyTransform()
+{
+    translateFromStart(_delta);
+}

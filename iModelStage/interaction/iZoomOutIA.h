@@ -1,0 +1,24 @@
+#ifndef IMODELSTAGE_INTERACTION_IZOOMOUTIA_H
+#define IMODELSTAGE_INTERACTION_IZOOMOUTIA_H
+
+#include <iModelStage/interaction/iStackedInteractor.h>
+#include <osg/ref_ptr>
+// Only reports its points: the application zooms from its signals.
+class IMODELSTAGE_EXPORT iZoomOutIA : public iStackedInteractor {
+    I_CLASS(iZoomOutIA, iStackedInteractor, 1)
+public:
+    iZoomOutIA();
+    ~iZoomOutIA() override;
+
+    void read(iInStream&, int) {}
+    void write(iOutStream&) {}
+
+    bool click(iIAPoint const& p) override;
+    bool move(iIAPoint const& p) override;
+    bool release(iIAPoint const& p) override;
+private:
+    osg::ref_ptr<osg::Referenced> _first;
+    osg::ref_ptr<osg::Referenced> _second;
+};
+
+#endif
