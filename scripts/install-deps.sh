@@ -9,7 +9,7 @@ packages=(
   qtbase5-dev qtbase5-dev-tools
   libopenscenegraph-dev libopenscenegraph161 libopenthreads-dev openscenegraph
   libgtest-dev libgmock-dev googletest libbenchmark-dev
-  xvfb xauth libgl1-mesa-dri libglu1-mesa-dev
+  xvfb xauth libgl1-mesa-dri libglu1-mesa-dev libxcb1-dev
   fonts-dejavu-core
   clang libclang-rt-dev
 )

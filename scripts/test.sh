@@ -22,7 +22,9 @@ start_xvfb() {
   local fifo
   fifo=$(mktemp -u)
   mkfifo "$fifo"
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$fifo" >/dev/null 2>&1 &
+  # -noreset: the server must not reset, and refuse new clients meanwhile,
+  # each time the last test program lets go of it.
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$fifo" >/dev/null 2>&1 &
   xvfb_pid=$!
   local display
   read -r -t 30 display <"$fifo" || { echo "test.sh: Xvfb did not start" >&2; rm -f "$fifo"; return 1; }
