@@ -246,7 +246,9 @@ TEST_F(GLAdapterWidget, HoverPollRepeatsWhileTheCursorStaysAndEndsWithOneLeave)
     ASSERT_TRUE(processUntil([this] { return widget.enters >= 2; }));
     EXPECT_EQ(widget.leaves, 0);
 
-    QCursor::setPos(surface->mapToGlobal(QPoint(400, 400)));
+    // Parked in the screen's far corner, where no test opens a window, so
+    // that the real pointer never wanders into another test's surface.
+    QCursor::setPos(QPoint(1279, 1023));
     ASSERT_TRUE(processUntil([this] { return widget.leaves == 1; }));
     int const enters = widget.enters;
     // The poll has stopped: a later turn of the loop brings nothing more.
@@ -255,6 +257,8 @@ TEST_F(GLAdapterWidget, HoverPollRepeatsWhileTheCursorStaysAndEndsWithOneLeave)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
     EXPECT_EQ(widget.leaves, 1);
     EXPECT_EQ(widget.enters, enters);
+    // Back where a fresh display keeps it, for the tests that follow.
+    QCursor::setPos(QPoint(640, 512));
 }
 
 namespace {
