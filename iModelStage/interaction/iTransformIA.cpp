@@ -129,3 +129,23 @@ bool iTransformIA::release(iIAPoint const& p)
         getILayer()->addChild(clone.get());
     return false;
 }
+
+bool iTransformIA::anchorAtCursor(iIAPoint const& p)
+{
+    iTransformIA::release(p);
+    osg::Vec3f point;
+    if (cursorPoint(p, point))
+        _anchor = point;
+    return true;
+}
+
+bool iTransformIA::dragToCursor(iIAPoint const& p)
+{
+    iInteractor::move(p);
+    osg::Vec3f point;
+    if (!cursorPoint(p, point))
+        return true;
+    _delta = point - _anchor;
+    applyTransform();
+    return true;
+}

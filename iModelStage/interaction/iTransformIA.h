@@ -50,11 +50,24 @@ protected:
     bool cameraLineAt(iIAPoint const& p, osg::Vec3f& near, osg::Vec3f& far, osg::Matrixd& targetMatrix);
     // Every target's world matrix becomes its start matrix moved by delta.
     void translateFromStart(osg::Vec3f const& delta);
+    // Tools that move the selection by a point found under the cursor (on an
+    // axis, in a plane) say here where that point is; false when there is
+    // none.
+    virtual bool cursorPoint(iIAPoint const&, osg::Vec3f&) { return false; }
+    // At a release, the cursor's point becomes the anchor of the next move.
+    bool anchorAtCursor(iIAPoint const& p);
+    // At a move, the selection follows the cursor's point from the anchor.
+    bool dragToCursor(iIAPoint const& p);
     // The classes a transform tool acts on.
     static std::set<std::string>& targetClasses();
 
     std::vector<osg::Matrixd> _startMatrices;
     std::vector<osg::ref_ptr<osg::Node>> _targets;
+    // Of the tools that follow the cursor: the first target's world matrix,
+    // the anchor and how far the cursor's point is from it.
+    osg::Matrixd _targetMatrix;
+    osg::Vec3f _anchor;
+    osg::Vec3f _delta;
 };
 
 #endif

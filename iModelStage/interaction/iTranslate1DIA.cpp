@@ -1,6 +1,5 @@
 #include <iModelStage/interaction/iTranslate1DIA.h>
 
-
 I_REGISTER_CLASS(iTranslate1DIA)
 
 iTranslate1DIA::iTranslate1DIA()
@@ -17,7 +16,6 @@ bool iTranslate1DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
     osg::Vec3f far;
     if (!cameraLineAt(p, near, far, _targetMatrix))
         return false;
-    _targetInverse = osg::Matrixd::inverse(_targetMatrix);
     osg::Vec3f const a0 = _axisPoint0 * _targetMatrix;
     osg::Vec3f const a1 = _axisPoint1 * _targetMatrix;
     // Closest points of two lines, both directions of unit length.
@@ -39,22 +37,12 @@ bool iTranslate1DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
 
 bool iTranslate1DIA::release(iIAPoint const& p)
 {
-    iTransformIA::release(p);
-    osg::Vec3f point;
-    if (cursorPoint(p, point))
-        _anchor = point;
-    return true;
+    return anchorAtCursor(p);
 }
 
 bool iTranslate1DIA::move(iIAPoint const& p)
 {
-    iInteractor::move(p);
-    osg::Vec3f point;
-    if (!cursorPoint(p, point))
-        return true;
-    _delta = point - _anchor;
-    applyTransform();
-    return true;
+    return dragToCursor(p);
 }
 
 void iTranslate1DIA::applyTransform()

@@ -20,15 +20,11 @@ public:
 
 protected:
     void applyTransform() override;
-    // the closest point of the camera line to the axis, for the cursor at p; false when there is none.
-    bool cursorPoint(iIAPoint const& p, osg::Vec3f& point);
+    // The point of the axis nearest the camera line under the cursor.
+    bool cursorPoint(iIAPoint const& p, osg::Vec3f& point) override;
 
     osg::Vec3f _axisPoint0{0.0f, 0.0f, 0.0f};
     osg::Vec3f _axisPoint1{1.0f, 0.0f, 0.0f};
-    osg::Vec3f _anchor;
-    osg::Vec3f _delta;
-    osg::Matrixd _targetInverse;
-    osg::Matrixd _targetMatrix;
 };
 
 #endif

@@ -1,6 +1,5 @@
 #include <iModelStage/interaction/iTranslate2DIA.h>
 
-
 I_REGISTER_CLASS(iTranslate2DIA)
 
 iTranslate2DIA::iTranslate2DIA()
@@ -17,7 +16,6 @@ bool iTranslate2DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
     osg::Vec3f far;
     if (!cameraLineAt(p, near, far, _targetMatrix))
         return false;
-    _targetInverse = osg::Matrixd::inverse(_targetMatrix);
     osg::Vec3f const origin = _planePoint * _targetMatrix;
     osg::Vec3f const n = osg::Matrixd::transform3x3(_planeNormal, _targetMatrix);
     osg::Vec3f const d = far - near;
@@ -31,22 +29,12 @@ bool iTranslate2DIA::cursorPoint(iIAPoint const& p, osg::Vec3f& point)
 
 bool iTranslate2DIA::release(iIAPoint const& p)
 {
-    iTransformIA::release(p);
-    osg::Vec3f point;
-    if (cursorPoint(p, point))
-        _anchor = point;
-    return true;
+    return anchorAtCursor(p);
 }
 
 bool iTranslate2DIA::move(iIAPoint const& p)
 {
-    iInteractor::move(p);
-    osg::Vec3f point;
-    if (!cursorPoint(p, point))
-        return true;
-    _delta = point - _anchor;
-    applyTransform();
-    return true;
+    return dragToCursor(p);
 }
 
 void iTranslate2DIA::applyTransform()

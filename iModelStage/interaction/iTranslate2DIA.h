@@ -20,15 +20,11 @@ public:
 
 protected:
     void applyTransform() override;
-    // where the camera line cuts the plane, for the cursor at p; false when there is none.
-    bool cursorPoint(iIAPoint const& p, osg::Vec3f& point);
+    // Where the camera line under the cursor cuts the plane.
+    bool cursorPoint(iIAPoint const& p, osg::Vec3f& point) override;
 
     osg::Vec3f _planePoint{0.0f, 0.0f, 0.0f};
     osg::Vec3f _planeNormal{1.0f, 0.0f, 0.0f};
-    osg::Vec3f _anchor;
-    osg::Vec3f _delta;
-    osg::Matrixd _targetInverse;
-    osg::Matrixd _targetMatrix;
 };
 
 #endif
