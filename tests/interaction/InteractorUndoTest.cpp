@@ -1,4 +1,5 @@
 #include "interaction/InteractionTestSupport.h"
+#include "support/GeometricsDocumentTest.h"
 
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iNodeGroup.h>
@@ -30,32 +31,14 @@ public:
     }
 };
 
-class InteractorUndo : public testing::Test {
+class InteractorUndo : public GeometricsDocumentTest {
 protected:
     void SetUp() override
     {
-        if (char const* previous = std::getenv("TEMP"))
-            oldTemp = previous, hadTemp = true;
-        std::string pattern = testing::TempDir() + "iInteractorUndoXXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        dir = pattern;
-        setenv("TEMP", dir.c_str(), 1);
-        document = std::make_unique<iLayersManager>();
-        document->freeLayerObjects();
-        layer = dynamic_cast<iGeometricsLayer*>(
-            iLayersManager::registerNodeLayerClass("iGeometricsLayer", "iGeometricsLayer"));
-        ASSERT_NE(layer, nullptr);
+        GeometricsDocumentTest::SetUp();
+        if (HasFatalFailure())
+            return;
         document->sigDbChanged.connect(&dbLog, &Tap::on);
-    }
-    void TearDown() override
-    {
-        document->freeLayerObjects();
-        document.reset();
-        std::filesystem::remove_all(dir);
-        if (hadTemp)
-            setenv("TEMP", oldTemp.c_str(), 1);
-        else
-            unsetenv("TEMP");
     }
     // One whole operation of the tool, as the mouse gives it.
     void operate(float x)
@@ -77,11 +60,6 @@ protected:
         Log log;
     };
 
-    std::string dir;
-    std::string oldTemp;
-    bool hadTemp = false;
-    std::unique_ptr<iLayersManager> document;
-    iGeometricsLayer* layer = nullptr;
     iAddObjectIA tool;
     Tap dbLog;
 };

@@ -1,4 +1,5 @@
 #include "interaction/InteractionTestSupport.h"
+#include "support/GeometricsDocumentTest.h"
 
 #include <iModelStage/frame/iMemoryBuffer.h>
 #include <iModelStage/frame/iOutStream.h>
@@ -26,19 +27,13 @@ bool sameMatrix(osg::Matrixd const& a, osg::Matrixd const& b)
     return true;
 }
 
-class TransformTools : public testing::Test {
+class TransformTools : public GeometricsDocumentTest {
 protected:
     void SetUp() override
     {
-        std::string pattern = testing::TempDir() + "iTransformToolsXXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        dir = pattern;
-        setenv("TEMP", dir.c_str(), 1);
-        document = std::make_unique<iLayersManager>();
-        document->freeLayerObjects();
-        layer = dynamic_cast<iGeometricsLayer*>(
-            iLayersManager::registerNodeLayerClass("iGeometricsLayer", "iGeometricsLayer"));
-        ASSERT_NE(layer, nullptr);
+        GeometricsDocumentTest::SetUp();
+        if (HasFatalFailure())
+            return;
         manager.setGeometricsLayer(layer);
         object = new iTransformGroup;
         object->setWorldMatrix(osg::Matrixd::translate(1.0, 2.0, 0.0));
@@ -50,9 +45,7 @@ protected:
     void TearDown() override
     {
         manager.slotCancelAllInteractors();
-        document->freeLayerObjects();
-        document.reset();
-        std::filesystem::remove_all(dir);
+        GeometricsDocumentTest::TearDown();
     }
     std::string save()
     {
@@ -90,9 +83,6 @@ protected:
     }
     unsigned int objectCount() { return layer->getObjectsRoot()->getNumChildren(); }
 
-    std::string dir;
-    std::unique_ptr<iLayersManager> document;
-    iGeometricsLayer* layer = nullptr;
     iInteractorManager manager;
     osg::ref_ptr<iTransformGroup> object;
     osg::Matrixd start;

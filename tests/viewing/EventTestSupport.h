@@ -104,11 +104,8 @@ class EventViewerGL : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(viewer.open(200, 200)) << "no GL surface: is DISPLAY set?";
-        viewer.setLookupSwitchAnimate(false);
-        viewer.setViewLookup(iView::iLookupTop);
         layer = new iGeometricsLayer;
-        viewer.setViewModel(layer.get());
+        ASSERT_TRUE(viewer.openTopView(layer.get())) << "no GL surface: is DISPLAY set?";
         handler = new iViewerEventHandler;
         viewer.addEventHandler(handler.get());
         manager.setCurrentViewer(&viewer);

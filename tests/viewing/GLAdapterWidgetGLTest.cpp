@@ -1,3 +1,5 @@
+#include "viewing/ViewerTestSupport.h"
+
 #include <iModelStage/viewing/iAdapterWidget.h>
 #include <iModelStage/viewing/iOpenGLAdapterWidget.h>
 
@@ -53,18 +55,6 @@ public:
     int leaves = 0;
     std::vector<QSize> sizes;
 };
-
-// Runs the event loop until done says so; false if it never does.
-bool processUntil(std::function<bool()> const& done, int milliseconds = 5000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 std::vector<osg::ref_ptr<Event>> take(osgGA::EventQueue* queue)
 {

@@ -72,6 +72,18 @@ public:
                processUntil([this] { return !isLookupAnimating(); });
     }
 
+    // A 200 x 200 surface looking down on model from the top, switched
+    // there at once: 16 units across, the origin in the middle.
+    bool openTopView(iBaseModel* model)
+    {
+        if (!open(200, 200))
+            return false;
+        setLookupSwitchAnimate(false);
+        setViewLookup(iView::iLookupTop);
+        setViewModel(model);
+        return true;
+    }
+
     // Paints one frame and waits for it.
     bool paintFrame()
     {
