@@ -1,0 +1,7 @@
+#include "app/wbMainWindow.h"
+
+wbMainWindow::wbMainWindow(QWidget* parent)
+    : QMainWindow(parent)
+{
+    setWindowTitle("Workbench");
+}

@@ -1,0 +1,5 @@
+#include "shapes/wbRegistry.h"
+
+void wbRegisterClasses()
+{
+}
