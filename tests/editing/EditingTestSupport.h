@@ -11,6 +11,7 @@
 #include <osg/Geode>
 #include <osg/Geometry>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -30,21 +31,17 @@ public:
 
     void read(iInStream& stream, int)
     {
-        int const count = stream.readInt();
-        _points = new osg::Vec3Array;
-        for (int i = 0; i < count && i < 4096; ++i) {
-            double xyz[3];
-            stream.readDoubles(xyz, 3);
-            _points->push_back(osg::Vec3f(float(xyz[0]), float(xyz[1]), float(xyz[2])));
-        }
+        _points = new osg::Vec3Array(std::clamp(stream.readInt(), 0, 4096));
+        for (osg::Vec3f& p : *_points)
+            for (int i = 0; i < 3; ++i)
+                p[i] = float(stream.readDouble());
     }
     void write(iOutStream& stream)
     {
-        stream.writeInt(static_cast<int>(_points->size()));
-        for (osg::Vec3f const& p : *_points) {
-            double const xyz[3] = {p.x(), p.y(), p.z()};
-            stream.writeDoubles(xyz, 3);
-        }
+        stream.writeInt(int(_points->size()));
+        for (osg::Vec3f const& p : *_points)
+            for (int i = 0; i < 3; ++i)
+                stream.writeDouble(p[i]);
     }
 
 protected:
