@@ -53,7 +53,9 @@ osg::Geode* unsnappableGeode(osg::Geometry* geometry)
 osg::Geode* buildPickGeode()
 {
     osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
-    geometry->setVertexArray(new osg::Vec3Array(1, new osg::Vec3f(0.0f, 0.0f, 0.0f)));
+    auto* origin = new osg::Vec3Array;
+    origin->push_back(osg::Vec3f(0.0f, 0.0f, 0.0f));
+    geometry->setVertexArray(origin);
     auto* point = new osg::DrawElementsUInt(GL_POINTS);
     point->push_back(0);
     geometry->addPrimitiveSet(point);
@@ -66,7 +68,9 @@ osg::Geode* buildSquare(osg::Geometry* square)
 {
     square->setVertexArray(squareCorners());
     square->addPrimitiveSet(quadOfFirstFour());
-    square->setNormalArray(new osg::Vec3Array(1, new osg::Vec3f(0.0f, 0.0f, 1.0f)), osg::Array::BIND_OVERALL);
+    auto* normal = new osg::Vec3Array;
+    normal->push_back(osg::Vec3f(0.0f, 0.0f, 1.0f));
+    square->setNormalArray(normal, osg::Array::BIND_OVERALL);
     osg::Geode* geode = unsnappableGeode(square);
     // In front of the outline drawn on the same plane.
     geode->getOrCreateStateSet()->setAttributeAndModes(new osg::PolygonOffset(1.0f, 1.0f),
