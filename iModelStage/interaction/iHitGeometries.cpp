@@ -2,9 +2,8 @@
 
 #include <iModelStage/geometry/iGeometricsLayer.h>
 #include <iModelStage/model/iNodeLayer.h>
+#include <iModelStage/snapping/iSnapHitVisitor.h>
 #include <iModelStage/viewing/iViewer.h>
-
-#include <osgUtil/IntersectionVisitor>
 
 #include <algorithm>
 #include <set>
@@ -58,7 +57,9 @@ bool iPolytopeHits(iGeometricsLayer* layer, iViewer* viewer, double x0, double y
         iGeometricsLayer* editingLayer = layer ? layer->getEditingLayer() : nullptr;
         MaskGuard editing(editingLayer ? editingLayer->getRoot() : nullptr);
         MaskGuard interactive(layer ? layer->getInteractiveLayer() : nullptr);
-        osgUtil::IntersectionVisitor visitor(picker.get());
+        // The same hits as a plain walk, found through the index of the
+        // object root rather than by testing every object.
+        iSnapHitVisitor visitor(picker.get());
         viewer->getCamera()->accept(visitor);
     }
     out = picker->getIntersections();

@@ -34,7 +34,6 @@ protected:
 
 private:
     bool isCtrlHeld() const { return (getKeyModifiers() & 1u) != 0; }
-    bool isInsideOnScreen(osg::Node* object, osg::Vec2f const& low, osg::Vec2f const& high);
     osg::Group* documentObjectOf(osg::Node* object);
 
     iRubberBand _band;

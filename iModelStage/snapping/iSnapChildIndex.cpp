@@ -1,12 +1,108 @@
 #include <iModelStage/snapping/iSnapChildIndex.h>
 
+#include <osg/observer_ptr>
+
 #include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
 
 namespace {
 
 unsigned int const kLeafSize = 8;
 
+// Bounds are computed in single precision level by level, so a child's
+// geometry may stand out of its bound by a few units in the last place:
+// the boxes are widened by that much, relative to their size and place.
+float const kRelativeSlack = 1e-5f;
+
+osg::BoundingBox boxAround(osg::BoundingSphere const& sphere)
+{
+    osg::Vec3f const center(sphere.center());
+    float const distance = std::max({std::fabs(center.x()), std::fabs(center.y()), std::fabs(center.z())});
+    float const half = float(sphere.radius()) * (1.0f + kRelativeSlack) + distance * kRelativeSlack;
+    osg::Vec3f const extent(half, half, half);
+    return osg::BoundingBox(center - extent, center + extent);
+}
+
+// Counts the recomputations of a group's bound. OSG recomputes a bound
+// only after something below it was added, removed, moved or rebuilt, so
+// an unchanged count proves the index of the group still holds.
+class BoundWatcher : public osg::Node::ComputeBoundingSphereCallback {
+public:
+    osg::BoundingSphere computeBound(osg::Node const& node) const override
+    {
+        ++count;
+        return node.computeBound();
+    }
+    mutable unsigned long count = 0;
+
+protected:
+    ~BoundWatcher() override = default;
+};
+
+struct IndexEntry {
+    osg::observer_ptr<osg::Group> group;
+    osg::ref_ptr<BoundWatcher> watcher;
+    unsigned long stamp = 0;
+    iSnapChildIndex index;
+};
+
+std::map<osg::Group const*, std::unique_ptr<IndexEntry>>& indexes()
+{
+    static std::map<osg::Group const*, std::unique_ptr<IndexEntry>> map;
+    return map;
+}
+
+// Forgets the indexes of groups that died, so the map stays as large as
+// the set of live wide groups.
+void dropDeadIndexes()
+{
+    auto& map = indexes();
+    for (auto it = map.begin(); it != map.end();) {
+        if (it->second->group.valid())
+            ++it;
+        else
+            it = map.erase(it);
+    }
+}
+
 } // namespace
+
+iSnapChildIndex const* iSnapChildIndex::of(osg::Group& group)
+{
+    auto& map = indexes();
+    if (map.find(&group) == map.end())
+        dropDeadIndexes();
+    std::unique_ptr<IndexEntry>& entry = map[&group];
+    if (!entry || entry->group.get() != &group) {
+        entry.reset(new IndexEntry);
+        entry->group = &group;
+    }
+    if (!entry->watcher.valid()) {
+        auto* current = dynamic_cast<BoundWatcher*>(group.getComputeBoundingSphereCallback());
+        if (!current && group.getComputeBoundingSphereCallback())
+            return nullptr;
+        if (!current) {
+            current = new BoundWatcher;
+            group.setComputeBoundingSphereCallback(current);
+            group.dirtyBound();
+        }
+        entry->watcher = current;
+        entry->stamp = current->count - 1;
+    }
+    group.getBound();
+    if (entry->stamp != entry->watcher->count || entry->index.getChildCount() != group.getNumChildren()) {
+        entry->index.build(group);
+        entry->stamp = entry->watcher->count;
+    }
+    return &entry->index;
+}
+
+void iSnapChildIndex::dropAll()
+{
+    indexes().clear();
+}
 
 void iSnapChildIndex::build(osg::Group const& group)
 {
@@ -21,9 +117,7 @@ void iSnapChildIndex::build(osg::Group const& group)
             _always.push_back(i);
             continue;
         }
-        osg::BoundingBox box;
-        box.expandBy(sphere);
-        _items.push_back(Item{i, box, osg::Vec3f(sphere.center())});
+        _items.push_back(Item{i, boxAround(sphere), osg::Vec3f(sphere.center())});
     }
     if (_items.empty())
         return;

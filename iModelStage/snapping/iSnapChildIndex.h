@@ -15,10 +15,21 @@
 // without a valid bound are always returned.
 class IMODELSTAGE_EXPORT iSnapChildIndex {
 public:
+    // Groups with at least this many children are worth an index.
+    static constexpr unsigned int wideGroup = 256;
+
     void build(osg::Group const& group);
     // The indices of the children that may meet the polytope, ascending.
     void query(osg::Polytope& polytope, std::vector<unsigned int>& out) const;
     unsigned int getChildCount() const { return _childCount; }
+
+    // The shared index of group, up to date with the group as it stands:
+    // kept per group while the group lives and rebuilt once a bound below
+    // it changed. Null when the group's bound is computed by someone
+    // else's callback, since its changes cannot be seen then.
+    static iSnapChildIndex const* of(osg::Group& group);
+    // Drops every shared index; they are made again on demand.
+    static void dropAll();
 
 private:
     struct Item {

@@ -2,6 +2,7 @@
 #define IMODELSTAGE_SNAPPING_ISNAPHITVISITOR_H
 
 #include <iModelStage/frame/iExport.h>
+#include <iModelStage/snapping/iSnapChildIndex.h>
 
 #include <osg/Group>
 #include <osgUtil/IntersectionVisitor>
@@ -16,7 +17,7 @@
 class IMODELSTAGE_EXPORT iSnapHitVisitor : public osgUtil::IntersectionVisitor {
 public:
     // Groups with at least this many children get an index.
-    static constexpr unsigned int wideGroup = 256;
+    static constexpr unsigned int wideGroup = iSnapChildIndex::wideGroup;
 
     explicit iSnapHitVisitor(osgUtil::PolytopeIntersector* intersector);
 
