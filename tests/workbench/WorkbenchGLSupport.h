@@ -7,6 +7,7 @@
 #include "app/wbMainWindow.h"
 #include "app/wbToolActions.h"
 #include "app/wbViewer.h"
+#include "viewing/ViewerTestSupport.h"
 
 #include <iModelStage/geometry/iGeometricGroup.h>
 #include <iModelStage/geometry/iGeometricsLayer.h>
@@ -29,18 +30,6 @@
 
 #include <functional>
 #include <memory>
-
-// Runs the event loop until done says so; false if it never does.
-inline bool processUntil(std::function<bool()> const& done, int milliseconds = 10000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 // The workbench's main window, shown, with its viewers drawing, its
 // settings and undo snapshots in private places, and no questions asked
@@ -66,7 +55,7 @@ protected:
         window = std::make_unique<wbMainWindow>();
         window->fileMenu()->setDiscardQuestion([] { return true; });
         window->tools()->setShotDirectory(dir.filePath("shots"));
-        window->resize(1100, 700);
+        window->resize(1200, 800);
         window->show();
         ASSERT_TRUE(processUntil([this] { return window->isReady(); })) << "no GL surface: is DISPLAY set?";
         for (int i = 0; i < window->viewerCount(); ++i) {

@@ -49,14 +49,20 @@ void wbDocks::build(wbMainWindow* window)
     auto* palette = new wbShapePalette(window);
 
     QMenu* panels = window->menuBar()->addMenu(QObject::tr("&Panels"));
+    QDockWidget* historyDock = dock(window, "history", QObject::tr("History"), history, Qt::RightDockWidgetArea);
+    QDockWidget* searchDock = dock(window, "search", QObject::tr("Search"), search, Qt::RightDockWidgetArea);
+    QDockWidget* checksDock = dock(window, "checks", QObject::tr("Checks"), checks, Qt::RightDockWidgetArea);
+    // History, search and checks share one place, history in front.
+    window->tabifyDockWidget(historyDock, searchDock);
+    window->tabifyDockWidget(historyDock, checksDock);
+    historyDock->raise();
     for (QDockWidget* panel : {dock(window, "tree", QObject::tr("Objects"), tree, Qt::LeftDockWidgetArea),
                                dock(window, "palette", QObject::tr("Shapes"), palette, Qt::LeftDockWidgetArea),
                                dock(window, "properties", QObject::tr("Properties"), properties,
                                     Qt::RightDockWidgetArea),
-                               dock(window, "history", QObject::tr("History"), history, Qt::RightDockWidgetArea),
-                               dock(window, "search", QObject::tr("Search"), search, Qt::RightDockWidgetArea),
-                               dock(window, "checks", QObject::tr("Checks"), checks, Qt::BottomDockWidgetArea)})
+                               historyDock, searchDock, checksDock})
         panels->addAction(panel->toggleViewAction());
+    window->resizeDocks({window->findChild<QDockWidget*>("dock.tree"), historyDock}, {200, 260}, Qt::Horizontal);
 
     // The panels follow the document once per tick, not at every signal.
     QObject::connect(window, &wbMainWindow::ticked, tree, [tree, properties] {

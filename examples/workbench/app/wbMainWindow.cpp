@@ -20,6 +20,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
@@ -116,6 +117,8 @@ void wbMainWindow::setUpViewers()
     for (int i = 0; i < 2; ++i) {
         wbViewer* viewer = m_viewers[i];
         viewer->init();
+        if (QWindow* surface = viewer->getGLWindow())
+            surface->installEventFilter(this);
         m_handlers[i] = new iViewerEventHandler;
         viewer->addEventHandler(m_handlers[i].get());
         m_grids[i] = makeGrid();
@@ -189,6 +192,25 @@ wbMainWindow::Pause::Pause(wbMainWindow* window)
 wbMainWindow::Pause::~Pause()
 {
     --m_window->m_paused;
+}
+
+bool wbMainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    // A viewer's surface is a window of its own, outside the widgets' key
+    // routing: the window's shortcuts are matched here, so that Ctrl+Z and
+    // the rest work while the pointer's last click was in a viewer. Other
+    // keys go on to the viewer's event handler.
+    if (event->type() != QEvent::KeyPress)
+        return QMainWindow::eventFilter(watched, event);
+    auto* key = static_cast<QKeyEvent*>(event);
+    QKeySequence const pressed(key->key() | int(key->modifiers() & ~Qt::KeypadModifier));
+    for (QAction* action : actions()) {
+        if (action->isEnabled() && action->shortcut() == pressed) {
+            action->trigger();
+            return true;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void wbMainWindow::buildEditMenu()

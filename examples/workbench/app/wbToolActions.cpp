@@ -28,7 +28,9 @@ wbToolActions::wbToolActions(QMainWindow* window, ViewerSource viewer)
         m_shotDir = QDir::homePath();
 
     QMenuBar* bar = window->menuBar();
-    addGroup(bar->addMenu(tr("&View")), window->addToolBar(tr("View")),
+    auto* lookups = new QToolBar(tr("View"), window);
+    window->addToolBar(Qt::LeftToolBarArea, lookups);
+    addGroup(bar->addMenu(tr("&View")), lookups,
              {
                  {"top", "Top", "Ctrl+1", Lookup, nullptr, iView::iLookupTop},
                  {"bottom", "Bottom", "Ctrl+2", Lookup, nullptr, iView::iLookupBottom},
@@ -73,6 +75,7 @@ wbToolActions::wbToolActions(QMainWindow* window, ViewerSource viewer)
                  {"scaleCopy", "Scale a copy", "Ctrl+Shift+K", CopyTool, "iScaleIA", 0},
                  {"mirrorCopy", "Mirror a copy", "Ctrl+Shift+I", CopyTool, "iMirrorIA", 0},
              });
+    window->addToolBarBreak();
     addGroup(bar->addMenu(tr("&Draw")), window->addToolBar(tr("Draw")),
              {
                  {"box", "Box", "Ctrl+B", Tool, "wbCreateBoxIA", 0},
@@ -112,6 +115,7 @@ QAction* wbToolActions::makeAction(Row const& row)
         action->setEnabled(false);
         action->setToolTip(tr("%1: not available in this build").arg(tr(row.text)));
     }
+    m_window->addAction(action);
     if (row.kind == Editing) {
         action->setCheckable(true);
         action->setEnabled(iRoot::findClass(editingManagerClass));
@@ -125,7 +129,6 @@ QAction* wbToolActions::makeAction(Row const& row)
         return action;
     }
     connect(action, &QAction::triggered, this, [this, row] { trigger(row); });
-    m_window->addAction(action);
     return action;
 }
 
@@ -189,6 +192,8 @@ void wbToolActions::startShot()
     auto* shot = dynamic_cast<iViewerShotIA*>(iInteractorManager::getInteractorManager()->getCurrentInteractor());
     if (!shot)
         return;
+    // The tool keeps taking rectangles until Return saves the last one.
+    shot->setNumSteps(-1);
     QDir().mkpath(m_shotDir);
     shot->set_destpath(m_shotDir.toStdString());
     emit message(tr("Drag a rectangle in the view, then press Return to save it in %1.").arg(m_shotDir));
