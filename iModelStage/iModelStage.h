@@ -164,8 +164,15 @@
 #include <iModelStage/snapping/iSnapChildIndex.h>
 #include <iModelStage/snapping/iSnapGeometry.h>
 #include <iModelStage/snapping/iSnapHitVisitor.h>
+#include <iModelStage/editing/iBaseHandle.h>
 #include <iModelStage/editing/iBaseManipulator.h>
+#include <iModelStage/editing/iEditingData.h>
+#include <iModelStage/editing/iEditingManager.h>
+#include <iModelStage/editing/iGeometryHandler.h>
+#include <iModelStage/editing/iGeometryHandlerManager.h>
 #include <iModelStage/editing/iManipulatorsManager.h>
+#include <iModelStage/editing/iPointHandle.h>
+#include <iModelStage/editing/iPointHandleRenderer.h>
 #include <iModelStage/dimensioning/iBaseQuote.h>
 #include <iModelStage/dimensioning/iCreateLeaderIA.h>
 #include <iModelStage/dimensioning/iCreateLinearQuoteIA.h>
