@@ -9,7 +9,7 @@ images="$root/docs/images"
 mkdir -p "$images"
 # Without a display the example runs on its own Xvfb.
 unset DISPLAY
-"$root/scripts/run-example.sh" --sample --select "${WORKBENCH_SELECT:-box 1}" --frames 60 \
+"$root/scripts/run-example.sh" --sample --select "${WORKBENCH_SELECT:-block}" --frames 60 \
   --screenshot "$images/workbench-drawing.png"
 "$root/scripts/run-example.sh" --sample --perspective --frames 60 --screenshot "$images/workbench-perspective.png"
 echo "Pictures written to $images"

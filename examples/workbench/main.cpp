@@ -9,6 +9,7 @@
 #include "app/wbApplication.h"
 #include "app/wbFileMenu.h"
 #include "app/wbMainWindow.h"
+#include "app/wbSample.h"
 #include "app/wbViewer.h"
 
 #include <QApplication>
@@ -31,12 +32,19 @@ int main(int argc, char** argv)
     QCommandLineOption const screenshot("screenshot", "Save a picture of the window before quitting.", "png");
     QCommandLineOption const select("select", "Select the object of that name.", "name");
     QCommandLineOption const perspective("perspective", "Show the perspective view alone.");
-    parser.addOptions({sample, frames, screenshot, select, perspective});
+    QCommandLineOption const writeSample("write-sample", "Write the sample document to <file> and quit.", "file");
+    parser.addOptions({sample, frames, screenshot, select, perspective, writeSample});
     parser.process(app);
 
     wbApplication::initialise();
     wbApplication::readSettings();
     wbMainWindow window;
+    if (parser.isSet(writeSample)) {
+        QString const error = wbSample::write(window.document(), parser.value(writeSample));
+        if (!error.isEmpty())
+            std::fprintf(stderr, "%s\n", qPrintable(error));
+        return error.isEmpty() ? 0 : 1;
+    }
     window.show();
     if (!parser.positionalArguments().isEmpty())
         window.fileMenu()->openFile(parser.positionalArguments().front());

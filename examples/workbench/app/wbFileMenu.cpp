@@ -116,6 +116,7 @@ bool wbFileMenu::openFile(QString const& path)
     if (!error.isEmpty())
         return report(error, QString());
     wbApplication::addRecentFile(path);
+    m_window->zoomAll();
     QStringList const missing = m_document->missingReferences();
     if (!missing.isEmpty())
         return report(tr("The document was opened, but these referenced files are missing and are not shown:\n%1")

@@ -288,6 +288,21 @@ void wbMainWindow::closeEvent(QCloseEvent* event)
     event->accept();
 }
 
+void wbMainWindow::zoomAll()
+{
+    iGeometricsLayer* layer = wbDocument::geometrics();
+    if (!layer || !m_ready)
+        return;
+    NodeList objects;
+    osg::Group* root = layer->getObjectsRoot();
+    for (unsigned int i = 0; i < root->getNumChildren(); ++i)
+        objects.push_back(root->getChild(i));
+    if (objects.empty())
+        return;
+    for (wbViewer* viewer : m_viewers)
+        viewer->zoomBounds(objects);
+}
+
 bool wbMainWindow::selectByName(QString const& name)
 {
     iGeometricsLayer* layer = wbDocument::geometrics();

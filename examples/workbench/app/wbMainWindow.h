@@ -60,6 +60,8 @@ public:
         wbMainWindow* m_window;
     };
 
+    // Brings the whole drawing into every viewer.
+    void zoomAll();
     // Selects the drawing's object of that name alone; false if none.
     bool selectByName(QString const& name);
     // A picture of the window as the user sees it, viewers included.

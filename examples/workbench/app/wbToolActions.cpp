@@ -1,5 +1,10 @@
 #include "app/wbToolActions.h"
 
+#include "app/wbDocument.h"
+
+#include <iModelStage/editing/iEditingManager.h>
+#include <iModelStage/editing/iGeometryHandlerManager.h>
+#include <iModelStage/geometry/iGeometricsLayer.h>
 #include <iModelStage/interaction/iInteractorManager.h>
 #include <iModelStage/interaction/iTransformIA.h>
 #include <iModelStage/viewing/iViewer.h>
@@ -11,6 +16,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSignalBlocker>
 #include <QStandardPaths>
 #include <QToolBar>
 
@@ -199,7 +205,42 @@ void wbToolActions::startShot()
     emit message(tr("Drag a rectangle in the view, then press Return to save it in %1.").arg(m_shotDir));
 }
 
-void wbToolActions::toggleEditing(bool)
+// The first handler class registered for a class of the selection.
+std::string wbToolActions::handlerForSelection()
 {
-    // Handle editing arrives with the editing manager of the library.
+    iGeometricsLayer* layer = wbDocument::geometrics();
+    if (!layer)
+        return std::string();
+    NodeList selected;
+    layer->getSelectionList(selected, nullptr);
+    std::vector<std::string> handlers;
+    for (osg::ref_ptr<osg::Node> const& node : selected) {
+        auto* object = dynamic_cast<iRoot*>(node.get());
+        if (object && iGeometryHandlerManager::getHandlerClasses(object->getClassName(), handlers) &&
+            !handlers.empty())
+            return handlers.front();
+    }
+    return std::string();
+}
+
+void wbToolActions::toggleEditing(bool on)
+{
+    iEditingManager* editing = iEditingManager::getInstance();
+    if (!on) {
+        editing->setEditing(false, std::string());
+        return;
+    }
+    std::string const handler = handlerForSelection();
+    QAction* toggle = action("editing");
+    if (handler.empty()) {
+        emit message(tr("Select a shape with handles first, then switch handle editing on."));
+        QSignalBlocker quiet(toggle);
+        toggle->setChecked(false);
+        return;
+    }
+    // Handles are dragged by the pick tool alone.
+    if (iInteractorManager* tools = iInteractorManager::getInteractorManager())
+        tools->cancelCurrentInteractor();
+    editing->setEditing(true, handler);
+    emit message(tr("Drag a handle to move a vertex; switch handle editing off to finish."));
 }

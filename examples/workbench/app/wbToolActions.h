@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 class QAction;
@@ -56,6 +57,7 @@ private:
     void trigger(Row const& row);
     void startShot();
     void toggleEditing(bool on);
+    static std::string handlerForSelection();
 
     QMainWindow* m_window;
     ViewerSource m_viewer;
