@@ -5,7 +5,7 @@
 
 #include <set>
 
-I_DEFINE_CLASS(iManipulatorsManager)
+I_REGISTER_CLASS(iManipulatorsManager)
 
 iManipulatorsManager* iManipulatorsManager::s_instance = nullptr;
 

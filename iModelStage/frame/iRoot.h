@@ -71,6 +71,9 @@ public:
     static bool findClass(char const* className);
     static bool isClassOf(char const* className, char const* baseName);
     static bool getParentClassName(char const* className, std::string& parent);
+    // The version the class table holds for a class, 0 for an unknown one:
+    // what writeObject stores, without making an object.
+    static int getRegisteredClassVersion(char const* className);
     static bool getChildrenClassesList(char const* className, std::set<std::string>& children,
                                        bool includeSelf = false);
     static void getClassesList(std::vector<std::string>& classes);

@@ -195,6 +195,14 @@ bool iRoot::getParentClassName(char const* className, std::string& parent)
     return true;
 }
 
+int iRoot::getRegisteredClassVersion(char const* className)
+{
+    ClassTable& t = table();
+    std::lock_guard<std::recursive_mutex> lock(t.mutex);
+    Row const* row = t.find(className);
+    return row ? row->getVersion() : 0;
+}
+
 bool iRoot::getChildrenClassesList(char const* className, std::set<std::string>& children, bool includeSelf)
 {
     if (!className)
