@@ -1,5 +1,6 @@
 #include <iModelStage/viewing/iViewerEventHandler.h>
 
+#include <iModelStage/dimensioning/iPointQuote.h>
 #include <iModelStage/editing/iBaseManipulator.h>
 #include <iModelStage/editing/iManipulatorsManager.h>
 #include <iModelStage/geometry/iGeometricsLayer.h>
@@ -15,6 +16,8 @@
 
 #include <QRectF>
 
+#include <sstream>
+
 #include <osg/Geode>
 #include <osg/Geometry>
 #include <osg/LineStipple>
@@ -22,6 +25,7 @@
 bool iViewerEventHandler::orthoenabled = false;
 osg::ref_ptr<osg::MatrixTransform> iViewerEventHandler::s_cross;
 osg::observer_ptr<iGeometricsLayer> iViewerEventHandler::s_lastLayer;
+osg::ref_ptr<iPointQuote> iViewerEventHandler::s_snapLabel;
 
 namespace {
 
@@ -143,7 +147,12 @@ bool iViewerEventHandler::handle(Event const& ea, osgGA::GUIActionAdapter& aa, o
     if (!interactor->isGeometryLayerLocked())
         interactor->setGeometricsLayer(layer);
 
+    osg::Group* interactive = layer->getInteractiveLayer();
+    if (interactive)
+        interactive->removeChild(s_snapLabel.get());
     builder.constrain(point);
+    if (builder.getSnap() && interactive)
+        showSnapLabel(interactive, builder.getSnapAlias(), builder.getRawPoint());
     attachConstructionCross(layer);
     iIAPoint const p = builder.makePoint(point);
     placeConstructionCross(layer, interactor, p);
@@ -154,6 +163,20 @@ bool iViewerEventHandler::handle(Event const& ea, osgGA::GUIActionAdapter& aa, o
     s_lastLayer = layer;
     interactor->setKeyModifiers(getKeyMod(ea));
     return dispatch(viewer, layer, interactor, ea, p);
+}
+
+// The snap that acted, and where, written beside the snapped point; first
+// among the interactive objects so that it draws over what the tool shows.
+void iViewerEventHandler::showSnapLabel(osg::Group* interactive, std::string const& alias, osg::Vec3f const& at)
+{
+    if (!s_snapLabel.valid())
+        s_snapLabel = new iPointQuote;
+    std::ostringstream text;
+    text << alias << " (" << at.x() << ", " << at.y() << ", " << at.z() << ")";
+    s_snapLabel->setText(text.str());
+    s_snapLabel->setPosition(at);
+    s_snapLabel->updateGeometry(false);
+    interactive->insertChild(0, s_snapLabel.get());
 }
 
 void iViewerEventHandler::attachConstructionCross(iGeometricsLayer* layer)

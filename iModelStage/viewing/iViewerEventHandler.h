@@ -9,7 +9,10 @@
 #include <osg/observer_ptr>
 #include <osg/ref_ptr>
 
+#include <string>
+
 class iBaseManipulator;
+class iPointQuote;
 class iGeometricsLayer;
 class iIAPoint;
 class iInteractor;
@@ -39,6 +42,9 @@ public:
     // The dashed cross through the cursor, shared by every viewer; null
     // until the first event reaches a tool.
     static osg::MatrixTransform* getConstructionCross() { return s_cross.get(); }
+    // The text beside a snapped point, shared by every viewer; null until a
+    // snap first answers.
+    static iPointQuote* getSnapLabel() { return s_snapLabel.get(); }
 
     // A tool by class name, null while the class is unknown; navigation
     // tools come from the application's tool set.
@@ -85,11 +91,13 @@ private:
                   bool startAfterPush);
     void placeConstructionCross(iGeometricsLayer* layer, iInteractor* interactor, iIAPoint const& point);
     void attachConstructionCross(iGeometricsLayer* layer);
+    static void showSnapLabel(osg::Group* interactive, std::string const& alias, osg::Vec3f const& at);
     static void giveFocus(iViewer* viewer);
 
     static bool orthoenabled;
     static osg::ref_ptr<osg::MatrixTransform> s_cross;
     static osg::observer_ptr<iGeometricsLayer> s_lastLayer;
+    static osg::ref_ptr<iPointQuote> s_snapLabel;
 };
 
 #endif

@@ -1,5 +1,6 @@
 #include "viewing/EventTestSupport.h"
 
+#include <iModelStage/dimensioning/iPointQuote.h>
 #include <iModelStage/geometry/iGeometricGroup.h>
 #include <iModelStage/interaction/iInteractorInputHandler.h>
 #include <iModelStage/snapping/iBaseSnap.h>
@@ -135,6 +136,26 @@ TEST_F(EventHandlerGL, ViewButtonTakesTheClickAndTheToolSeesOnlyTheMotion)
     frame();
     EXPECT_TRUE(take().empty());
     EXPECT_EQ(manager.getCurrentInteractor(), tool);
+
+    // A drag from the pan button pans through the library's pan tool, held
+    // over the current tool while the button is and popped at the release.
+    osg::ref_ptr<osg::Node> panNode = viewer.getButtonsLayout()->getButtons(iViewerButtonsLayout::iButtonsTopRight)[0];
+    auto* pan = static_cast<iViewerBaseButton*>(panNode.get());
+    osg::Matrixd const before = viewer.getCamera()->getViewMatrix();
+    int const x = pan->getX() + 2;
+    int const y = pan->getY() + 2;
+    press(x, y);
+    frame();
+    ASSERT_NE(manager.getCurrentInteractor(), nullptr);
+    EXPECT_STREQ(manager.getCurrentInteractor()->getClassName(), "iPanIA");
+    mouse(QEvent::MouseMove, x - 60, y - 40, Qt::LeftButton);
+    frame();
+    EXPECT_NE(viewer.getCamera()->getViewMatrix(), before);
+    release(x - 60, y - 40);
+    frame();
+    EXPECT_EQ(manager.getCurrentInteractor(), tool);
+    for (std::string const& call : take())
+        EXPECT_EQ(call.rfind("move ", 0), 0u) << call;
 }
 
 TEST_F(EventHandlerGL, SnappedPointReachesTheToolAndTheCrossFollowsIt)
@@ -148,6 +169,17 @@ TEST_F(EventHandlerGL, SnappedPointReachesTheToolAndTheCrossFollowsIt)
     frame();
     pull->setActive(false);
     EXPECT_EQ(take(), (CallLog{"move 3,4,0", "click 3,4,0"}));
+
+    // The snap that acted is written beside the point, over the tool's own
+    // objects; the next unsnapped event takes it away.
+    iPointQuote* label = iViewerEventHandler::getSnapLabel();
+    ASSERT_NE(label, nullptr);
+    ASSERT_GT(layer->getInteractiveLayer()->getNumChildren(), 0u);
+    EXPECT_EQ(layer->getInteractiveLayer()->getChild(0), label);
+    std::string alias;
+    iRoot::getClassAlias("iPullToSnap", alias);
+    EXPECT_EQ(label->getText(), alias + " (3, 4, 0)");
+    EXPECT_EQ(label->getPosition(), osg::Vec3f(3, 4, 0));
 
     // The construction cross stands on the point, in the layer's planes.
     osg::MatrixTransform* cross = iViewerEventHandler::getConstructionCross();
@@ -169,6 +201,7 @@ TEST_F(EventHandlerGL, SnappedPointReachesTheToolAndTheCrossFollowsIt)
     EXPECT_LT(greyRun(150, 10, 0, 1), 60);
     EXPECT_GT(greyRun(10, 120, 1, 0), 30);
     EXPECT_EQ(greyRun(130, 10, 0, 1), 0);
+    EXPECT_FALSE(layer->getInteractiveLayer()->containsNode(label));
     tool->setAllowConstructionLines(false);
     moveTo(101, 60);
     frame();
