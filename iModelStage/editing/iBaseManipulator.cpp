@@ -9,6 +9,13 @@
 
 I_REGISTER_CLASS(iBaseManipulator)
 
+// Out of line: observing a layer needs the layer's whole type, which the
+// header only names.
+void iBaseManipulator::setGeometricsLayer(iGeometricsLayer* layer)
+{
+    _layer = layer;
+}
+
 iBaseManipulator::iBaseManipulator()
 {
     // Snapping passes over the gizmo.

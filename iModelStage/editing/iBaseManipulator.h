@@ -43,7 +43,7 @@ public:
     NodeList const& getChildManipulators() const { return _children; }
 
     iGeometricsLayer* getGeometricsLayer() { return _layer.get(); }
-    void setGeometricsLayer(iGeometricsLayer* layer) { _layer = layer; }
+    void setGeometricsLayer(iGeometricsLayer* layer);
 
     // Runs execute with the targets kept out of snapping; false when
     // disabled or when execute gives no tool.
