@@ -89,6 +89,7 @@ TEST_F(ShapeZeroSizeCheck, ReportsExactlyTheShapesWithoutExtent)
 
 TEST(ShapePointListImport, ListsBecomePolylines)
 {
+    wbRegisterClasses();
     osg::ref_ptr<iTransformGroup> group = imported("# due linee\n"
                                                    "1, 2, 3\n"
                                                    "4;5;6\r\n"

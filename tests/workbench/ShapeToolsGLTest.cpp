@@ -7,6 +7,7 @@
 #include "shapes/wbCreatePolylineIA.h"
 #include "shapes/wbPolyline.h"
 
+#include <iModelStage/editing/iManipulatorsManager.h>
 #include <iModelStage/interaction/iInteractorManager.h>
 #include <iModelStage/model/iUndoRedoManager.h>
 #include <iModelStage/viewing/iViewerEventHandler.h>
@@ -35,8 +36,11 @@ protected:
     }
     void TearDown() override
     {
-        while (manager.getCount() > 0)
+        // A persistent tool stays on a pop.
+        while (iInteractor* tool = manager.getCurrentInteractor()) {
+            tool->setPersistent(false);
             manager.popInteractor();
+        }
         ShapeDocumentTest::TearDown();
     }
 
@@ -219,4 +223,33 @@ TEST_F(ShapeToolsGL, PaintedBoxShowsItsColour)
     frame();
     EXPECT_GT(viewer.pixel(100, 100).blue(), 150);
     EXPECT_LT(viewer.pixel(100, 100).red(), 60);
+}
+
+TEST_F(ShapeToolsGL, GrabbingTheBoxArrowMovesTheBoxAlongItsAxis)
+{
+    // Gizmos answer while the current tool is idle or persistent.
+    auto* idle = new iInteractor;
+    idle->setPersistent(true);
+    use(idle);
+    iManipulatorsManager::getInstance()->setGeometricsLayer(layer);
+    osg::ref_ptr<wbBox> box = new wbBox;
+    layer->addObject(box.get(), true);
+    layer->addObjectSelection(box.get());
+    ASSERT_NE(iManipulatorsManager::getInstance()->getCurrentManipulator(), nullptr);
+    frame();
+
+    // The X arrow runs 60 pixels to the right of the box's origin.
+    click(130, 100);
+    ASSERT_EQ(manager.getCount(), 2);
+    EXPECT_TRUE(near(box->getWorldMatrix().getTrans(), osg::Vec3d()));
+    // The move follows the pointer along the arrow's image.
+    mouse(QEvent::MouseMove, 155, 100, Qt::NoButton);
+    frame();
+    click(155, 100);
+    EXPECT_EQ(manager.getCount(), 1);
+    osg::Vec3d const moved = box->getWorldMatrix().getTrans();
+    EXPECT_TRUE(near(moved, osg::Vec3d((worldAt(155, 100) - worldAt(100, 100)).x(), 0, 0)));
+    EXPECT_EQ(undoSteps(), 1u);
+    layer->clearObjectSelection();
+    iManipulatorsManager::getInstance()->setGeometricsLayer(nullptr);
 }

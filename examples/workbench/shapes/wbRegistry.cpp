@@ -2,6 +2,7 @@
 
 #include "shapes/wbShapeDropCallback.h"
 
+#include <iModelStage/editing/iGeometryHandlerManager.h>
 #include <iModelStage/editing/iManipulatorsManager.h>
 #include <iModelStage/frame/iRoot.h>
 #include <iModelStage/frame/iTranslate.h>
@@ -96,6 +97,7 @@ void wbRegisterClasses()
     for (char const* snap : Snaps)
         iGeometricsLayer::registerSnapClass(snap);
     iManipulatorsManager::registerObjectManipulator("wbBox", "wbBoxManipulator", "");
+    iGeometryHandlerManager::registerGeometricHandler("wbPolyline", "wbPolylineHandler");
     iExceptionManager::registerExceptionHandler(wbChecksKey, "wbZeroSizeCheck");
     iImportExportManager::registerNewImportExportCallback("wbPointListImport");
     wbShapeDropCallback::registerFor("iViewer");
