@@ -19,6 +19,8 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QDir>
+#include <QImage>
 #include <QToolBar>
 #include <QDeadlineTimer>
 #include <QStandardPaths>
@@ -146,6 +148,20 @@ protected:
         QTest::keyClicks(line, text);
         QTest::keyClick(line, Qt::Key_Return);
         frames(1);
+    }
+
+    // Takes a picture of the plan's rectangle with the screenshot tool: a
+    // drag, then Return. Null if no picture was saved.
+    QImage screenshot(QPoint const& from, QPoint const& to)
+    {
+        if (!press("tool.screenshot"))
+            return QImage();
+        drag(from, to);
+        key(Qt::Key_Return);
+        QDir shots(dir.filePath("shots"));
+        if (!processUntil([&] { return !shots.entryList({"*.png"}).isEmpty(); }))
+            return QImage();
+        return QImage(shots.filePath(shots.entryList({"*.png"}).front()));
     }
 
     QTemporaryDir dir;

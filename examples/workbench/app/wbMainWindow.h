@@ -81,6 +81,7 @@ private:
     void bindViewers();
     void resetTools();
     void buildEditMenu();
+    bool forwardDrag(QObject* watched, QEvent* event);
     void buildDocks();
     void showPrompt(QString text, iInteractor::MessageType type);
     void showMessage(QString const& text);
