@@ -178,6 +178,7 @@ void wbMainWindow::tick()
     m_document->manager()->loop();
     if (m_interactors)
         m_interactors->loop();
+    zoomWhenReady();
     if (iViewerManager* viewers = iViewerManager::getInstance())
         viewers->paintViewers();
     emit ticked();
@@ -302,17 +303,27 @@ void wbMainWindow::closeEvent(QCloseEvent* event)
 
 void wbMainWindow::zoomAll()
 {
-    iGeometricsLayer* layer = wbDocument::geometrics();
-    if (!layer || !m_ready)
-        return;
-    NodeList objects;
-    osg::Group* root = layer->getObjectsRoot();
-    for (unsigned int i = 0; i < root->getNumChildren(); ++i)
-        objects.push_back(root->getChild(i));
-    if (objects.empty())
+    // Done at the next tick at which the viewers draw at their size: a
+    // document opened before the window shows is framed all the same.
+    m_zoomPending = true;
+}
+
+void wbMainWindow::zoomWhenReady()
+{
+    if (!m_zoomPending || !m_ready)
         return;
     for (wbViewer* viewer : m_viewers)
-        viewer->zoomBounds(objects);
+        if (viewer->isVisible() && (viewer->paintCount() == 0 || viewer->isLookupAnimating()))
+            return;
+    m_zoomPending = false;
+    iGeometricsLayer* layer = wbDocument::geometrics();
+    osg::Group* root = layer ? layer->getObjectsRoot() : nullptr;
+    if (!root || root->getNumChildren() == 0)
+        return;
+    // The objects' root as one node: each object's own matrix is then
+    // counted once, by the bounds' walk.
+    for (wbViewer* viewer : m_viewers)
+        viewer->zoomBounds(NodeList{root});
 }
 
 bool wbMainWindow::selectByName(QString const& name)

@@ -60,7 +60,7 @@ public:
         wbMainWindow* m_window;
     };
 
-    // Brings the whole drawing into every viewer.
+    // Brings the whole drawing into every viewer, at the next tick.
     void zoomAll();
     // Selects the drawing's object of that name alone; false if none.
     bool selectByName(QString const& name);
@@ -82,6 +82,7 @@ private:
     void resetTools();
     void buildEditMenu();
     bool forwardDrag(QObject* watched, QEvent* event);
+    void zoomWhenReady();
     void buildDocks();
     void showPrompt(QString text, iInteractor::MessageType type);
     void showMessage(QString const& text);
@@ -103,4 +104,5 @@ private:
     QTimer m_timer;
     int m_paused = 0;
     bool m_ready = false;
+    bool m_zoomPending = false;
 };

@@ -23,8 +23,8 @@ char const* const classLabels[][2] = {
 
 QString wbObjectTree::classLabel(iRoot const& object)
 {
-    std::string const alias = object.getClassAlias();
-    if (!alias.empty())
+    std::string alias;
+    if (iRoot::getClassAlias(object.getClassName(), alias) && !alias.empty())
         return QString::fromStdString(alias);
     QString const name = QString::fromLatin1(object.getClassName());
     for (auto const& row : classLabels)
