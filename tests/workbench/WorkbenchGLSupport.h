@@ -60,12 +60,22 @@ protected:
         window->resize(1200, 800);
         window->show();
         ASSERT_TRUE(processUntil([this] { return window->isReady(); })) << "no GL surface: is DISPLAY set?";
-        for (int i = 0; i < window->viewerCount(); ++i) {
+        for (int i = 0; i < window->viewerCount(); ++i)
             window->viewer(i)->setKeepFrames(true);
+        ASSERT_TRUE(viewersDrawing());
+    }
+    // Waits until every shown viewer draws, its lookup settled.
+    bool viewersDrawing()
+    {
+        for (int i = 0; i < window->viewerCount(); ++i) {
             wbViewer* v = window->viewer(i);
-            ASSERT_TRUE(processUntil([v] { return v->getGLWindow()->isExposed() && !v->lastFrame().isNull(); }));
-            ASSERT_TRUE(processUntil([v] { return !v->isLookupAnimating(); }));
+            if (!v->isVisible())
+                continue;
+            if (!processUntil([v] { return v->getGLWindow()->isExposed() && !v->lastFrame().isNull(); }) ||
+                !processUntil([v] { return !v->isLookupAnimating(); }))
+                return false;
         }
+        return true;
     }
     void closeWindow()
     {

@@ -120,7 +120,7 @@ void wbPropertyEditor::setObject(iNodeGroup* object)
         chain.insert(chain.begin(), level);
     for (iClass const* level : chain)
         for (iProperty const* property : level->getProperties())
-            addProperty(nullptr, level->getName(), *property);
+            addProperty(nullptr, *level, *property);
     expandAll();
 }
 
@@ -214,15 +214,32 @@ QTreeWidgetItem* wbPropertyEditor::categoryItem(QString const& name)
     return item;
 }
 
-void wbPropertyEditor::addProperty(QTreeWidgetItem* category, char const* className, iProperty const& property)
+// The shown category of a property without info: that of a property of the
+// same registered group that has one, so that a group is not split in two.
+std::string wbPropertyEditor::categoryOfGroup(iClass const& level, iProperty const& property)
 {
+    char const* registered = property.getGroup();
+    if (!registered || !*registered)
+        return level.getName();
+    for (iProperty const* sibling : level.getProperties()) {
+        std::string label, category, hint;
+        if (sibling != &property && sibling->getGroup() && std::strcmp(sibling->getGroup(), registered) == 0 &&
+            iRoot::getPropertyInfo(level.getName(), sibling->getName(), label, category, hint) && !category.empty())
+            return category;
+    }
+    return registered;
+}
+
+void wbPropertyEditor::addProperty(QTreeWidgetItem* category, iClass const& level, iProperty const& property)
+{
+    char const* className = level.getName();
     std::string label, group, hint;
     if (!iRoot::getPropertyInfo(m_object->getClassName(), property.getName(), label, group, hint))
         iRoot::getPropertyInfo(className, property.getName(), label, group, hint);
     if (label.empty())
         label = property.getName();
     if (group.empty())
-        group = property.getGroup() && *property.getGroup() ? property.getGroup() : className;
+        group = categoryOfGroup(level, property);
     if (!category)
         category = categoryItem(QString::fromStdString(group));
     auto* item = new QTreeWidgetItem(category, {QString::fromStdString(label)});

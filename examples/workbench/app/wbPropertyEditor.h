@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+class iClass;
 class iNodeGroup;
 class iProperty;
 class iRoot;
@@ -52,8 +53,9 @@ private:
     void onRefresh(std::function<void()> show);
 
     void addNameRow();
-    void addProperty(QTreeWidgetItem* category, char const* className, iProperty const& property);
+    void addProperty(QTreeWidgetItem* category, iClass const& level, iProperty const& property);
     QTreeWidgetItem* categoryItem(QString const& name);
+    static std::string categoryOfGroup(iClass const& level, iProperty const& property);
     QWidget* makeEditor(iProperty const& property);
     // Runs a write as one undo step, then redraws the object.
     template <class T>
