@@ -92,8 +92,13 @@ wbMainWindow::~wbMainWindow()
     m_timer.stop();
     // Tools refer to viewers and layers: they go first.
     m_interactors.reset();
-    for (wbViewer* viewer : m_viewers)
+    for (wbViewer*& viewer : m_viewers) {
+        // The surfaces' last events must not reach a viewer half gone.
+        if (QWindow* surface = viewer->getGLWindow())
+            surface->removeEventFilter(this);
         delete viewer;
+        viewer = nullptr;
+    }
 }
 
 void wbMainWindow::buildViewers()
@@ -274,6 +279,9 @@ bool wbMainWindow::forwardDrag(QObject* watched, QEvent* event)
 {
     // Qt hands a drag over a viewer to its surface: the viewer, whose drop
     // callbacks place the shapes, takes it.
+    QEvent::Type const type = event->type();
+    if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
+        return false;
     for (wbViewer* viewer : m_viewers)
         if (viewer && viewer->getGLWindow() == watched)
             return viewer->takeDrag(event);
