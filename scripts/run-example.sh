@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Builds the library and runs the workbench, the example application: two
-# views on a small design with the tools to draw, select, transform,
-# dimension, save and reopen it. Arguments go to the program (a document to
-# open, --sample, --frames N, --screenshot picture.png). Without a display
-# it runs on a private Xvfb with the sample open and saves a picture.
+# Builds the library and runs the workbench, the example application: views
+# on a small design with the tools to draw, select, transform, dimension,
+# save and reopen it. Arguments go to the program (a document to open,
+# --sample, --four-views, --frames N, --screenshot picture.png). Without a
+# display it runs on a private Xvfb with the sample open and saves a picture.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${IMODELSTAGE_BUILD_DIR:-$root/build/release}

@@ -2,7 +2,7 @@
 // draws, selects, transforms, edits, dimensions, saves and reopens a small
 // 3D design.
 //
-//     workbench [file.ims] [--sample] [--frames N --screenshot picture.png]
+//     workbench [file.ims] [--sample] [--four-views] [--frames N --screenshot picture.png]
 //
 // With --frames the program quits after N ticks with both viewers drawn;
 // with --screenshot it saves a picture of the whole window first.
@@ -32,8 +32,9 @@ int main(int argc, char** argv)
     QCommandLineOption const screenshot("screenshot", "Save a picture of the window before quitting.", "png");
     QCommandLineOption const select("select", "Select the object of that name.", "name");
     QCommandLineOption const perspective("perspective", "Show the perspective view alone.");
+    QCommandLineOption const fourViews("four-views", "Show the top, front, right and perspective views.");
     QCommandLineOption const writeSample("write-sample", "Write the sample document to <file> and quit.", "file");
-    parser.addOptions({sample, frames, screenshot, select, perspective, writeSample});
+    parser.addOptions({sample, frames, screenshot, select, perspective, fourViews, writeSample});
     parser.process(app);
 
     wbApplication::initialise();
@@ -52,6 +53,8 @@ int main(int argc, char** argv)
         window.fileMenu()->openSample();
     if (parser.isSet(select))
         window.selectByName(parser.value(select));
+    if (parser.isSet(fourViews))
+        window.setFourViews(true);
     if (parser.isSet(perspective))
         window.viewer(0)->hide();
 

@@ -1,7 +1,10 @@
 #include "app/wbApplication.h"
 #include "app/wbDocument.h"
 #include "app/wbDocumentFile.h"
+#include "app/wbFileMenu.h"
+#include "app/wbObjectTree.h"
 
+#include <iModelStage/dimensioning/iLinearQuote.h>
 #include <iModelStage/geometry/iGeometricsLayer.h>
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iTransformGroup.h>
@@ -200,6 +203,30 @@ TEST_F(WorkbenchDocument, MergeBringsAnotherDocumentsObjectsAsOneUndoStep)
     junk.close();
     EXPECT_FALSE(document->importModel(path("junk.zzz")).isEmpty());
     EXPECT_NE(find("mine"), nullptr);
+}
+
+TEST_F(WorkbenchDocument, SampleDimensionsLieAlongTheirEdgesAndTheTreeNamesEveryClass)
+{
+    ASSERT_TRUE(document->open(wbFileMenu::samplePath()).isEmpty());
+    auto* width = dynamic_cast<iLinearQuote*>(find("width"));
+    auto* depth = dynamic_cast<iLinearQuote*>(find("depth"));
+    ASSERT_NE(width, nullptr);
+    ASSERT_NE(depth, nullptr);
+    // Each stands in the plan, its own x along the edge it measures.
+    osg::Matrixd const w = width->getMatrix();
+    osg::Matrixd const d = depth->getMatrix();
+    EXPECT_NEAR(w(0, 0), 1.0, 1e-6);
+    EXPECT_NEAR(d(0, 1), 1.0, 1e-6);
+    EXPECT_EQ(width->getNormal(), osg::Vec3f(0, 0, 1));
+    EXPECT_EQ(depth->getEndPoint() - depth->getStartPoint(), osg::Vec3f(0, 5, 0));
+    // Read in the plan: a visible size, outside the plinth it measures.
+    EXPECT_GE(width->get_charsize(), 0.3);
+    EXPECT_LT(width->get_offset() * w(1, 1), 0.0);
+
+    EXPECT_EQ(wbObjectTree::classLabel(*width), "Quota lineare");
+    EXPECT_EQ(wbObjectTree::classLabel(*find("plinth")), "Parallelepipedo");
+    osg::ref_ptr<iTransformGroup> plain = new iTransformGroup;
+    EXPECT_EQ(wbObjectTree::classLabel(*plain), "TransformGroup");
 }
 
 } // namespace

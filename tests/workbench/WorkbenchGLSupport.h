@@ -19,6 +19,8 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QDir>
+#include <QImage>
 #include <QToolBar>
 #include <QDeadlineTimer>
 #include <QStandardPaths>
@@ -58,12 +60,22 @@ protected:
         window->resize(1200, 800);
         window->show();
         ASSERT_TRUE(processUntil([this] { return window->isReady(); })) << "no GL surface: is DISPLAY set?";
-        for (int i = 0; i < window->viewerCount(); ++i) {
+        for (int i = 0; i < window->viewerCount(); ++i)
             window->viewer(i)->setKeepFrames(true);
+        ASSERT_TRUE(viewersDrawing());
+    }
+    // Waits until every shown viewer draws, its lookup settled.
+    bool viewersDrawing()
+    {
+        for (int i = 0; i < window->viewerCount(); ++i) {
             wbViewer* v = window->viewer(i);
-            ASSERT_TRUE(processUntil([v] { return v->getGLWindow()->isExposed() && !v->lastFrame().isNull(); }));
-            ASSERT_TRUE(processUntil([v] { return !v->isLookupAnimating(); }));
+            if (!v->isVisible())
+                continue;
+            if (!processUntil([v] { return v->getGLWindow()->isExposed() && !v->lastFrame().isNull(); }) ||
+                !processUntil([v] { return !v->isLookupAnimating(); }))
+                return false;
         }
+        return true;
     }
     void closeWindow()
     {
@@ -146,6 +158,20 @@ protected:
         QTest::keyClicks(line, text);
         QTest::keyClick(line, Qt::Key_Return);
         frames(1);
+    }
+
+    // Takes a picture of the plan's rectangle with the screenshot tool: a
+    // drag, then Return. Null if no picture was saved.
+    QImage screenshot(QPoint const& from, QPoint const& to)
+    {
+        if (!press("tool.screenshot"))
+            return QImage();
+        drag(from, to);
+        key(Qt::Key_Return);
+        QDir shots(dir.filePath("shots"));
+        if (!processUntil([&] { return !shots.entryList({"*.png"}).isEmpty(); }))
+            return QImage();
+        return QImage(shots.filePath(shots.entryList({"*.png"}).front()));
     }
 
     QTemporaryDir dir;

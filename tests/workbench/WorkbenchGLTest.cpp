@@ -123,6 +123,44 @@ TEST_F(WorkbenchWindow, BothViewersDrawTheDocumentAndTheWindowPictureShowsThem)
     EXPECT_TRUE(window->windowTitle().startsWith("Untitled*"));
 }
 
+TEST_F(WorkbenchWindow, FourViewsFromTheViewMenuShowTopFrontRightAndPerspective)
+{
+    EXPECT_FALSE(window->viewer(2)->isVisible());
+    EXPECT_FALSE(window->viewer(3)->isVisible());
+    square("a", {0, 0, 0}, red);
+    key(Qt::Key_0, Qt::ControlModifier);
+    ASSERT_TRUE(window->fourViews());
+    EXPECT_TRUE(window->findChild<QAction*>("view.fourViews")->isChecked());
+    ASSERT_TRUE(viewersDrawing());
+    iView::iViewLookup const expected[] = {iView::iLookupTop, iView::iLookupAxonometric, iView::iLookupFront,
+                                           iView::iLookupRight};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(window->viewer(i)->isVisible()) << i;
+        EXPECT_EQ(window->viewer(i)->getCurrentViewLookup(), expected[i]) << i;
+    }
+    // Plan over right elevation, front over perspective.
+    auto place = [this](int i) { return window->viewer(i)->mapTo(window.get(), QPoint(0, 0)); };
+    EXPECT_GT(place(2).x(), place(0).x());
+    EXPECT_EQ(place(2).y(), place(0).y());
+    EXPECT_GT(place(3).y(), place(0).y());
+    EXPECT_EQ(place(3).x(), place(0).x());
+    EXPECT_EQ(place(1), QPoint(place(2).x(), place(3).y()));
+    // The drawing is framed anew in each: the plan and the perspective
+    // show the square in its middle, the elevations see it edge on.
+    ASSERT_TRUE(frames(3));
+    for (int i : {0, 1}) {
+        QImage const& frame = window->viewer(i)->lastFrame();
+        EXPECT_EQ(frame.pixelColor(frame.width() / 2, frame.height() / 2), QColor(Qt::red)) << i;
+    }
+    QImage const picture = window->grabWindow();
+    EXPECT_GT(countColour(picture, Qt::red), 200);
+
+    QTest::keyClick(surface(), Qt::Key_0, Qt::ControlModifier);
+    EXPECT_FALSE(window->fourViews());
+    EXPECT_FALSE(window->viewer(2)->isVisible());
+    EXPECT_FALSE(window->viewer(3)->isVisible());
+}
+
 TEST_F(WorkbenchWindow, ClickAndWindowSelectionThenDeleteAndUndoFromTheKeyboard)
 {
     wbTestSquare* a = square("a", {-4, 0, 0}, red);
@@ -255,12 +293,7 @@ TEST_F(WorkbenchWindow, DamagedFileAndUnwritablePlaceAreToldAndTheDrawingStays)
 TEST_F(WorkbenchWindow, ScreenshotToolSavesTheDraggedRectangleOfTheView)
 {
     square("a", {0, 0, 0}, red);
-    ASSERT_TRUE(press("tool.screenshot"));
-    drag(at({-3, 3, 0}), at({3, -3, 0}));
-    key(Qt::Key_Return);
-    QDir shots(dir.filePath("shots"));
-    ASSERT_TRUE(processUntil([&] { return !shots.entryList({"*.png"}).isEmpty(); }));
-    QImage const picture(shots.filePath(shots.entryList({"*.png"}).front()));
+    QImage const picture = screenshot(at({-3, 3, 0}), at({3, -3, 0}));
     ASSERT_FALSE(picture.isNull());
     QPoint const size = at({3, -3, 0}) - at({-3, 3, 0});
     EXPECT_NEAR(picture.width(), size.x(), 2);

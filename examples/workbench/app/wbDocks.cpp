@@ -73,5 +73,7 @@ void wbDocks::build(wbMainWindow* window)
         iNodeGroup* selected = singleSelection(layer);
         if (selected != properties->object())
             properties->setObject(selected);
+        else
+            properties->refresh();
     });
 }

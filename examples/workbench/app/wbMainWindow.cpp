@@ -25,14 +25,17 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPainter>
-#include <QSplitter>
+#include <QGridLayout>
+#include <QMenu>
 #include <QStatusBar>
 #include <QWindow>
 
 namespace {
 
-// The plan, where the user draws, and a perspective of the same document.
-iView::iViewLookup const lookups[2] = {iView::iLookupTop, iView::iLookupAxonometric};
+// The plan, where the user draws, a perspective of the same document, and
+// the front and right elevations of the four-view layout.
+iView::iViewLookup const lookups[] = {iView::iLookupTop, iView::iLookupAxonometric, iView::iLookupFront,
+                                      iView::iLookupRight};
 
 osg::ref_ptr<iGridGroup> makeGrid()
 {
@@ -66,6 +69,7 @@ wbMainWindow::wbMainWindow(QWidget* parent)
     m_fileMenu = new wbFileMenu(this);
     buildEditMenu();
     m_tools = new wbToolActions(this, [this] { return activeViewer(); });
+    addLayoutChoice();
     buildDocks();
 
     m_prompt = new QLabel(this);
@@ -88,21 +92,76 @@ wbMainWindow::~wbMainWindow()
     m_timer.stop();
     // Tools refer to viewers and layers: they go first.
     m_interactors.reset();
-    for (wbViewer* viewer : m_viewers)
+    for (wbViewer*& viewer : m_viewers) {
+        // The surfaces' last events must not reach a viewer half gone.
+        if (QWindow* surface = viewer->getGLWindow())
+            surface->removeEventFilter(this);
         delete viewer;
+        viewer = nullptr;
+    }
 }
 
 void wbMainWindow::buildViewers()
 {
-    m_split = new QSplitter(Qt::Horizontal, this);
-    m_split->setObjectName("viewerSplit");
-    for (int i = 0; i < 2; ++i) {
-        m_viewers[i] = new wbViewer(m_split);
+    auto* area = new QWidget(this);
+    area->setObjectName("viewerArea");
+    m_viewGrid = new QGridLayout(area);
+    m_viewGrid->setContentsMargins(0, 0, 0, 0);
+    m_viewGrid->setSpacing(3);
+    for (int i = 0; i < ViewerCount; ++i) {
+        m_viewers[i] = new wbViewer(area);
         m_viewers[i]->setObjectName(QString("viewer%1").arg(i));
-        m_viewers[i]->setMinimumSize(200, 200);
-        m_split->addWidget(m_viewers[i]);
+        m_viewers[i]->setMinimumSize(160, 160);
     }
-    setCentralWidget(m_split);
+    layOutViewers();
+    setCentralWidget(area);
+}
+
+void wbMainWindow::layOutViewers()
+{
+    for (wbViewer* viewer : m_viewers)
+        m_viewGrid->removeWidget(viewer);
+    // Two: plan and perspective side by side. Four: the plan over the
+    // right elevation, the front over the perspective.
+    m_viewGrid->addWidget(m_viewers[0], 0, 0);
+    m_viewGrid->addWidget(m_viewers[1], m_fourViews ? 1 : 0, 1);
+    if (m_fourViews) {
+        m_viewGrid->addWidget(m_viewers[2], 0, 1);
+        m_viewGrid->addWidget(m_viewers[3], 1, 0);
+    }
+    for (int i = 2; i < ViewerCount; ++i)
+        m_viewers[i]->setVisible(m_fourViews);
+}
+
+void wbMainWindow::setFourViews(bool on)
+{
+    if (on == m_fourViews)
+        return;
+    m_fourViews = on;
+    layOutViewers();
+    if (m_fourViewsAction)
+        m_fourViewsAction->setChecked(on);
+    // A viewer left hidden cannot stay the one the tools act in.
+    if (!on && m_interactors && m_ready && !activeViewer()->isVisible())
+        m_interactors->setCurrentViewer(m_viewers[0]);
+    zoomAll();
+}
+
+void wbMainWindow::addLayoutChoice()
+{
+    QMenu* viewMenu = nullptr;
+    for (QAction* entry : menuBar()->actions())
+        if (entry->menu() && entry->menu()->title() == tr("&View"))
+            viewMenu = entry->menu();
+    if (!viewMenu)
+        return;
+    viewMenu->addSeparator();
+    m_fourViewsAction = viewMenu->addAction(tr("Four views"));
+    m_fourViewsAction->setObjectName("view.fourViews");
+    m_fourViewsAction->setCheckable(true);
+    m_fourViewsAction->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_0));
+    connect(m_fourViewsAction, &QAction::toggled, this, &wbMainWindow::setFourViews);
+    addAction(m_fourViewsAction);
 }
 
 void wbMainWindow::showEvent(QShowEvent* event)
@@ -114,7 +173,7 @@ void wbMainWindow::showEvent(QShowEvent* event)
 
 void wbMainWindow::setUpViewers()
 {
-    for (int i = 0; i < 2; ++i) {
+    for (int i = 0; i < ViewerCount; ++i) {
         wbViewer* viewer = m_viewers[i];
         viewer->init();
         if (QWindow* surface = viewer->getGLWindow())
@@ -168,7 +227,7 @@ iViewer* wbMainWindow::activeViewer() const
 
 wbViewer* wbMainWindow::viewer(int index) const
 {
-    return index >= 0 && index < 2 ? m_viewers[index] : nullptr;
+    return index >= 0 && index < ViewerCount ? m_viewers[index] : nullptr;
 }
 
 void wbMainWindow::tick()
@@ -178,6 +237,7 @@ void wbMainWindow::tick()
     m_document->manager()->loop();
     if (m_interactors)
         m_interactors->loop();
+    zoomWhenReady();
     if (iViewerManager* viewers = iViewerManager::getInstance())
         viewers->paintViewers();
     emit ticked();
@@ -196,6 +256,8 @@ wbMainWindow::Pause::~Pause()
 
 bool wbMainWindow::eventFilter(QObject* watched, QEvent* event)
 {
+    if (forwardDrag(watched, event))
+        return true;
     // A viewer's surface is a window of its own, outside the widgets' key
     // routing: the window's shortcuts are matched here, so that Ctrl+Z and
     // the rest work while the pointer's last click was in a viewer. Other
@@ -211,6 +273,19 @@ bool wbMainWindow::eventFilter(QObject* watched, QEvent* event)
         }
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+bool wbMainWindow::forwardDrag(QObject* watched, QEvent* event)
+{
+    // Qt hands a drag over a viewer to its surface: the viewer, whose drop
+    // callbacks place the shapes, takes it.
+    QEvent::Type const type = event->type();
+    if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
+        return false;
+    for (wbViewer* viewer : m_viewers)
+        if (viewer && viewer->getGLWindow() == watched)
+            return viewer->takeDrag(event);
+    return false;
 }
 
 void wbMainWindow::buildEditMenu()
@@ -290,17 +365,27 @@ void wbMainWindow::closeEvent(QCloseEvent* event)
 
 void wbMainWindow::zoomAll()
 {
-    iGeometricsLayer* layer = wbDocument::geometrics();
-    if (!layer || !m_ready)
-        return;
-    NodeList objects;
-    osg::Group* root = layer->getObjectsRoot();
-    for (unsigned int i = 0; i < root->getNumChildren(); ++i)
-        objects.push_back(root->getChild(i));
-    if (objects.empty())
+    // Done at the next tick at which the viewers draw at their size: a
+    // document opened before the window shows is framed all the same.
+    m_zoomPending = true;
+}
+
+void wbMainWindow::zoomWhenReady()
+{
+    if (!m_zoomPending || !m_ready)
         return;
     for (wbViewer* viewer : m_viewers)
-        viewer->zoomBounds(objects);
+        if (viewer->isVisible() && (viewer->paintCount() == 0 || viewer->isLookupAnimating()))
+            return;
+    m_zoomPending = false;
+    iGeometricsLayer* layer = wbDocument::geometrics();
+    osg::Group* root = layer ? layer->getObjectsRoot() : nullptr;
+    if (!root || root->getNumChildren() == 0)
+        return;
+    // The objects' root as one node: each object's own matrix is then
+    // counted once, by the bounds' walk.
+    for (wbViewer* viewer : m_viewers)
+        viewer->zoomBounds(NodeList{root});
 }
 
 bool wbMainWindow::selectByName(QString const& name)

@@ -9,8 +9,9 @@
 
 #include <memory>
 
+class QAction;
+class QGridLayout;
 class QLabel;
-class QSplitter;
 class iGridGroup;
 class iInteractorManager;
 class iViewer;
@@ -22,8 +23,9 @@ class wbProgressDialog;
 class wbToolActions;
 class wbViewer;
 
-// The workbench's main window: two viewers on the one document (a plan
-// from the top and an axonometric perspective), the tool bars and menus of
+// The workbench's main window: viewers on the one document, two (a plan
+// from the top and an axonometric perspective) or four (top, front, right
+// and the perspective), the tool bars and menus of
 // every tool, a command line for typed points, the current tool's prompt in
 // the status bar, and dock panels around. A timer of the window ticks the
 // document, the tools and the viewers' paint.
@@ -34,8 +36,12 @@ public:
     ~wbMainWindow() override;
 
     wbDocument* document() const { return m_document.get(); }
+    // Viewers 0 and 1 are the plan and the perspective; 2 and 3, the front
+    // and the right, show in the four-view layout only.
     wbViewer* viewer(int index) const;
-    int viewerCount() const { return 2; }
+    int viewerCount() const { return ViewerCount; }
+    void setFourViews(bool on);
+    bool fourViews() const { return m_fourViews; }
     // The viewer that tools act in: the one the user worked in last.
     iViewer* activeViewer() const;
     wbToolActions* tools() const { return m_tools; }
@@ -60,7 +66,7 @@ public:
         wbMainWindow* m_window;
     };
 
-    // Brings the whole drawing into every viewer.
+    // Brings the whole drawing into every viewer, at the next tick.
     void zoomAll();
     // Selects the drawing's object of that name alone; false if none.
     bool selectByName(QString const& name);
@@ -76,11 +82,17 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    static constexpr int ViewerCount = 4;
+
     void buildViewers();
+    void layOutViewers();
+    void addLayoutChoice();
     void setUpViewers();
     void bindViewers();
     void resetTools();
     void buildEditMenu();
+    bool forwardDrag(QObject* watched, QEvent* event);
+    void zoomWhenReady();
     void buildDocks();
     void showPrompt(QString text, iInteractor::MessageType type);
     void showMessage(QString const& text);
@@ -91,10 +103,11 @@ private:
     std::unique_ptr<wbDocument> m_document;
     std::unique_ptr<iInteractorManager> m_interactors;
     std::unique_ptr<wbProgressDialog> m_progress;
-    QSplitter* m_split = nullptr;
-    wbViewer* m_viewers[2] = {nullptr, nullptr};
-    osg::ref_ptr<iGridGroup> m_grids[2];
-    osg::ref_ptr<iViewerEventHandler> m_handlers[2];
+    QGridLayout* m_viewGrid = nullptr;
+    QAction* m_fourViewsAction = nullptr;
+    wbViewer* m_viewers[ViewerCount] = {};
+    osg::ref_ptr<iGridGroup> m_grids[ViewerCount];
+    osg::ref_ptr<iViewerEventHandler> m_handlers[ViewerCount];
     wbToolActions* m_tools = nullptr;
     wbFileMenu* m_fileMenu = nullptr;
     wbCommandLine* m_commandLine = nullptr;
@@ -102,4 +115,6 @@ private:
     QTimer m_timer;
     int m_paused = 0;
     bool m_ready = false;
+    bool m_zoomPending = false;
+    bool m_fourViews = false;
 };

@@ -1,5 +1,6 @@
 #include "app/wbObjectTree.h"
 
+#include <iModelStage/frame/iTranslate.h>
 #include <iModelStage/model/iBaseModel.h>
 #include <iModelStage/model/iNodeGroup.h>
 
@@ -10,6 +11,33 @@
 namespace {
 
 int const idRole = Qt::UserRole;
+
+// User names of the library's classes that carry no alias of their own.
+char const* const classLabels[][2] = {
+    {"iLinearQuote", "Quota lineare"},
+    {"iPointQuote", "Quota di punto"},
+    {"iLeader", "Richiamo"},
+};
+
+} // namespace
+
+QString wbObjectTree::classLabel(iRoot const& object)
+{
+    std::string alias;
+    if (iRoot::getClassAlias(object.getClassName(), alias) && !alias.empty())
+        return QString::fromStdString(alias);
+    QString const name = QString::fromLatin1(object.getClassName());
+    for (auto const& row : classLabels)
+        if (name == row[0])
+            return QString::fromUtf8(iTranslate(row[1]));
+    // The class name without its lower-case prefix.
+    int start = 0;
+    while (start < name.size() && name[start].isLower())
+        ++start;
+    return start < name.size() ? name.mid(start) : name;
+}
+
+namespace {
 
 } // namespace
 
@@ -60,7 +88,7 @@ void wbObjectTree::addChildren(QTreeWidgetItem* parent, osg::Group* group)
         auto* item = new QTreeWidgetItem(parent);
         QString name = QString::fromStdString(object->get_name());
         item->setText(0, name.isEmpty() ? tr("(unnamed)") : name);
-        item->setText(1, QString::fromStdString(object->getClassAlias()));
+        item->setText(1, classLabel(*object));
         item->setData(0, idRole, QVariant::fromValue<qlonglong>(object->getUniqueId()));
         addChildren(item, object);
     }

@@ -15,6 +15,9 @@ public:
     void setViewModel(iBaseModel* model) override;
     // Brings the tree up to date when something changed.
     void refresh();
+    // What the class column shows: the class alias, else a user name of
+    // the class.
+    static QString classLabel(iRoot const& object);
 
     void slotObjectAdded(osg::Node*) override { m_dirty = true; }
     void slotObjectRemoved(osg::Node*) override { m_dirty = true; }

@@ -3,8 +3,10 @@
 #include <iModelStage/frame/iProperty.h>
 #include <iModelStage/frame/iValueTypes.h>
 #include <iModelStage/geometry/iGeometricGroup.h>
+#include <iModelStage/geometry/iMaterialGroup.h>
 #include <iModelStage/model/iLayersManager.h>
 #include <iModelStage/model/iNodeGroup.h>
+#include <iModelStage/model/iTransformGroup.h>
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -12,6 +14,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSpinBox>
 
 #include <osg/Vec3f>
@@ -55,6 +58,39 @@ bool readVector(QString const& text, osg::Vec3f& out)
     return true;
 }
 
+QString freedomText(iTransformGroup::iDegreeOfFreedom dof)
+{
+    unsigned const bits = static_cast<unsigned>(dof);
+    if (bits == iTransformGroup::DOF_NONE)
+        return QObject::tr("fixed");
+    if (bits == iTransformGroup::DOF_ALL)
+        return QObject::tr("free");
+    QStringList axes;
+    char const* const names[3] = {"X", "Y", "Z"};
+    for (int i = 0; i < 3; ++i)
+        if (bits & (1u << i))
+            axes << names[i];
+    return QObject::tr("moves along %1").arg(axes.isEmpty() ? QObject::tr("no axis") : axes.join(' '));
+}
+
+// The value of a property that has no editor, as a user would read it.
+QString readableValue(iProperty const& property, iNodeGroup* object)
+{
+    char const* type = property.getTypeName();
+    if (isOneOf(type, {"iDegreeOfFreedom"}))
+        return freedomText(property.get<iTransformGroup::iDegreeOfFreedom>(object));
+    if (isOneOf(type, {"iMaterialGroupObserver", "iMaterialPreview"})) {
+        iMaterialGroupObserver const material = property.get<iMaterialGroupObserver>(object);
+        if (!material.valid())
+            return QObject::tr("none");
+        std::string const name = material->get_name();
+        return name.empty() ? QObject::tr("unnamed material") : QString::fromStdString(name);
+    }
+    if (isOneOf(type, {"iImagePreview"}))
+        return QString::fromStdString(property.get<std::string>(object));
+    return QObject::tr("not editable here");
+}
+
 } // namespace
 
 wbPropertyEditor::wbPropertyEditor(QWidget* parent)
@@ -69,10 +105,14 @@ wbPropertyEditor::wbPropertyEditor(QWidget* parent)
 
 void wbPropertyEditor::setObject(iNodeGroup* object)
 {
+    forget();
     m_object = object;
     clear();
+    m_shows.clear();
+    m_stale = false;
     if (!object)
         return;
+    follow(object);
     addNameRow();
     // Base levels first, as the class grows from them.
     std::vector<iClass const*> chain;
@@ -80,8 +120,63 @@ void wbPropertyEditor::setObject(iNodeGroup* object)
         chain.insert(chain.begin(), level);
     for (iClass const* level : chain)
         for (iProperty const* property : level->getProperties())
-            addProperty(nullptr, level->getName(), *property);
+            addProperty(nullptr, *level, *property);
     expandAll();
+}
+
+void wbPropertyEditor::follow(iNodeGroup* object)
+{
+    object->sigPropertyChanged.connect(this, &wbPropertyEditor::slotPropertyChanged);
+    object->sigNameChanged.connect(this, &wbPropertyEditor::slotNameChanged);
+    if (auto* placed = dynamic_cast<iTransformGroup*>(object))
+        placed->sigMatrixChanged.connect(this, &wbPropertyEditor::slotMatrixChanged);
+}
+
+void wbPropertyEditor::forget()
+{
+    iNodeGroup* object = m_object.get();
+    if (!object)
+        return;
+    object->sigPropertyChanged.disconnect(this);
+    object->sigNameChanged.disconnect(this);
+    if (auto* placed = dynamic_cast<iTransformGroup*>(object))
+        placed->sigMatrixChanged.disconnect(this);
+}
+
+void wbPropertyEditor::slotPropertyChanged(iRoot*, char const*)
+{
+    m_stale = true;
+}
+
+void wbPropertyEditor::slotMatrixChanged(iTransformGroup*)
+{
+    m_stale = true;
+}
+
+void wbPropertyEditor::slotNameChanged(iRoot*, std::string)
+{
+    m_stale = true;
+}
+
+void wbPropertyEditor::refresh()
+{
+    if (!m_stale)
+        return;
+    m_stale = false;
+    if (!m_object.valid())
+        return;
+    for (auto const& show : m_shows) {
+        try {
+            show();
+        } catch (std::exception const&) {
+            // Left as it was shown.
+        }
+    }
+}
+
+void wbPropertyEditor::onRefresh(std::function<void()> show)
+{
+    m_shows.push_back(std::move(show));
 }
 
 void wbPropertyEditor::addNameRow()
@@ -99,6 +194,10 @@ void wbPropertyEditor::addNameRow()
         m_object->set_name(name);
         emit propertyWritten("name");
     });
+    onRefresh([this, line] {
+        QSignalBlocker quiet(line);
+        line->setText(QString::fromStdString(m_object->get_name()));
+    });
     setItemWidget(item, 1, line);
 }
 
@@ -115,15 +214,32 @@ QTreeWidgetItem* wbPropertyEditor::categoryItem(QString const& name)
     return item;
 }
 
-void wbPropertyEditor::addProperty(QTreeWidgetItem* category, char const* className, iProperty const& property)
+// The shown category of a property without info: that of a property of the
+// same registered group that has one, so that a group is not split in two.
+std::string wbPropertyEditor::categoryOfGroup(iClass const& level, iProperty const& property)
 {
+    char const* registered = property.getGroup();
+    if (!registered || !*registered)
+        return level.getName();
+    for (iProperty const* sibling : level.getProperties()) {
+        std::string label, category, hint;
+        if (sibling != &property && sibling->getGroup() && std::strcmp(sibling->getGroup(), registered) == 0 &&
+            iRoot::getPropertyInfo(level.getName(), sibling->getName(), label, category, hint) && !category.empty())
+            return category;
+    }
+    return registered;
+}
+
+void wbPropertyEditor::addProperty(QTreeWidgetItem* category, iClass const& level, iProperty const& property)
+{
+    char const* className = level.getName();
     std::string label, group, hint;
     if (!iRoot::getPropertyInfo(m_object->getClassName(), property.getName(), label, group, hint))
         iRoot::getPropertyInfo(className, property.getName(), label, group, hint);
     if (label.empty())
         label = property.getName();
     if (group.empty())
-        group = property.getGroup() && *property.getGroup() ? property.getGroup() : className;
+        group = categoryOfGroup(level, property);
     if (!category)
         category = categoryItem(QString::fromStdString(group));
     auto* item = new QTreeWidgetItem(category, {QString::fromStdString(label)});
@@ -169,6 +285,10 @@ QWidget* wbPropertyEditor::makeEditor(iProperty const& property)
             box->setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
             box->setValue(p->get<int>(object));
             connect(box, &QSpinBox::editingFinished, this, [this, p, box] { write<int>(*p, box->value()); });
+            onRefresh([this, p, box] {
+                QSignalBlocker quiet(box);
+                box->setValue(p->get<int>(m_object.get()));
+            });
             return box;
         }
         if (isOneOf(type, {"double", "iScaleUnit"})) {
@@ -177,18 +297,30 @@ QWidget* wbPropertyEditor::makeEditor(iProperty const& property)
             box->setRange(-1e9, 1e9);
             box->setValue(p->get<double>(object));
             connect(box, &QDoubleSpinBox::editingFinished, this, [this, p, box] { write<double>(*p, box->value()); });
+            onRefresh([this, p, box] {
+                QSignalBlocker quiet(box);
+                box->setValue(p->get<double>(m_object.get()));
+            });
             return box;
         }
         if (isOneOf(type, {"bool", "iBoolSwitch"})) {
             auto* box = new QCheckBox;
             box->setChecked(p->get<bool>(object));
             connect(box, &QCheckBox::toggled, this, [this, p](bool on) { write<bool>(*p, on); });
+            onRefresh([this, p, box] {
+                QSignalBlocker quiet(box);
+                box->setChecked(p->get<bool>(m_object.get()));
+            });
             return box;
         }
         if (isOneOf(type, {"std::string", "iStringFileName"})) {
             auto* line = new QLineEdit(QString::fromStdString(p->get<std::string>(object)));
             connect(line, &QLineEdit::editingFinished, this,
                     [this, p, line] { write<std::string>(*p, line->text().toStdString()); });
+            onRefresh([this, p, line] {
+                QSignalBlocker quiet(line);
+                line->setText(QString::fromStdString(p->get<std::string>(m_object.get())));
+            });
             return line;
         }
         if (isOneOf(type, {"osg::Vec3", "osg::Vec3f"})) {
@@ -199,6 +331,10 @@ QWidget* wbPropertyEditor::makeEditor(iProperty const& property)
                     write<osg::Vec3f>(*p, value);
                 else if (m_object.valid())
                     line->setText(vectorText(p->get<osg::Vec3f>(m_object.get())));
+            });
+            onRefresh([this, p, line] {
+                QSignalBlocker quiet(line);
+                line->setText(vectorText(p->get<osg::Vec3f>(m_object.get())));
             });
             return line;
         }
@@ -217,12 +353,22 @@ QWidget* wbPropertyEditor::makeEditor(iProperty const& property)
                 write<iColor4>(*p, colour);
                 button->setStyleSheet(colourStyle(colour));
             });
+            onRefresh([this, p, button] { button->setStyleSheet(colourStyle(p->get<iColor4>(m_object.get()))); });
             return button;
         }
     } catch (std::exception const&) {
         // A property whose type name and C++ type differ is shown read-only.
     }
-    auto* shown = new QLineEdit(QString("(%1)").arg(type));
+    auto* shown = new QLineEdit;
     shown->setReadOnly(true);
+    auto const show = [this, p, shown] {
+        try {
+            shown->setText(readableValue(*p, m_object.get()));
+        } catch (std::exception const&) {
+            shown->setText(tr("not editable here"));
+        }
+    };
+    show();
+    onRefresh(show);
     return shown;
 }

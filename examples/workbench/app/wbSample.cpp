@@ -32,12 +32,19 @@ void box(iGeometricsLayer* layer, char const* name, osg::Vec3f const& at, osg::V
     made->set_sizez(size.z());
 }
 
+// A dimension outside the plinth, its line a little away from the measured
+// edge, dark and large enough to read in the plan.
 void dimension(iGeometricsLayer* layer, char const* name, osg::Vec3f const& from, osg::Vec3f const& to)
 {
     osg::ref_ptr<iLinearQuote> quote = new iLinearQuote;
     quote->set_name(name);
-    quote->setPoints(from, to);
-    quote->set_offset(1.0);
+    // One point at a time: each places the dimension in the plan.
+    quote->setNormal({0, 0, 1});
+    quote->setStartPoint(from);
+    quote->setEndPoint(to);
+    quote->set_offset(-0.8);
+    quote->set_charsize(0.45);
+    quote->setColor({0.08f, 0.08f, 0.1f, 1});
     layer->addObject(quote.get(), true);
 }
 
@@ -54,14 +61,15 @@ QString wbSample::write(wbDocument* document, QString const& path)
     wbCylinder* column = place<wbCylinder>(layer, "column", {6, 2.5f, 0.5f}, {0.2f, 0.45f, 0.85f, 1});
     column->set_radius(0.8);
     column->set_height(3.5);
-    wbPolyline* rail = place<wbPolyline>(layer, "rail", {0, 0, 0.5f}, {0.1f, 0.6f, 0.3f, 1});
+    wbPolyline* rail = place<wbPolyline>(layer, "rail", {0, 0, 0.52f}, {0.1f, 0.6f, 0.3f, 1});
     for (osg::Vec3f const& v : {osg::Vec3f(0.5f, 4.5f, 0), osg::Vec3f(4.5f, 4.5f, 0), osg::Vec3f(7.5f, 3.5f, 0),
                                 osg::Vec3f(7.5f, 0.5f, 0)})
         rail->addVertex(v);
-    wbLabel* label = place<wbLabel>(layer, "label", {0.5f, -1.5f, 0}, {0.1f, 0.1f, 0.1f, 1});
+    wbLabel* label = place<wbLabel>(layer, "label", {0.5f, -2.8f, 0}, {0.1f, 0.1f, 0.1f, 1});
     label->set_text("Workbench sample");
     label->set_height(0.6);
-    dimension(layer, "width", {0, 0, 0.5f}, {8, 0, 0.5f});
-    dimension(layer, "depth", {8, 0, 0.5f}, {8, 5, 0.5f});
+    // Just above the plinth's top, which would hide them in the plan.
+    dimension(layer, "width", {0, 0, 0.52f}, {8, 0, 0.52f});
+    dimension(layer, "depth", {8, 0, 0.52f}, {8, 5, 0.52f});
     return document->saveAs(path);
 }

@@ -97,6 +97,7 @@ wbToolActions::wbToolActions(QMainWindow* window, ViewerSource viewer)
                  {"ortho", "Orthogonal steps", "F8", Ortho, nullptr, 0},
                  {"screenshot", "Screenshot", "Ctrl+Shift+G", Shot, "iViewerShotIA", 0},
              });
+    iEditingManager::getInstance()->sigEditingEnd.connect(this, &wbToolActions::slotEditingEnded);
 }
 
 void wbToolActions::addGroup(QMenu* menu, QToolBar* bar, std::vector<Row> const& rows)
@@ -184,8 +185,15 @@ bool wbToolActions::startTool(char const* className, bool copy)
         emit message(tr("The tool %1 is not available.").arg(className));
         return false;
     }
-    if (auto* transform = dynamic_cast<iTransformIA*>(tool))
+    if (auto* transform = dynamic_cast<iTransformIA*>(tool)) {
         transform->set_makecopy(copy);
+        // While handles are edited, a transformation moves the handles.
+        iEditingManager* editing = iEditingManager::getInstance();
+        if (editing->getEditing() && editing->getWorkingLayer()) {
+            transform->setGeometricsLayer(editing->getWorkingLayer());
+            transform->lockGeometricLayer(true);
+        }
+    }
     if (iViewer* viewer = m_viewer())
         tools->setCurrentViewer(viewer);
     return iViewerEventHandler::pushNewTool(tool);
@@ -243,4 +251,13 @@ void wbToolActions::toggleEditing(bool on)
         tools->cancelCurrentInteractor();
     editing->setEditing(true, handler);
     emit message(tr("Drag a handle to move a vertex; switch handle editing off to finish."));
+}
+
+void wbToolActions::slotEditingEnded()
+{
+    QAction* toggle = action("editing");
+    if (!toggle || !toggle->isChecked())
+        return;
+    QSignalBlocker quiet(toggle);
+    toggle->setChecked(false);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <iModelStage/frame/iSlot.h>
+
 #include <QObject>
 #include <QString>
 
@@ -20,7 +22,7 @@ class iViewer;
 // screenshot and the drawing tools of the workbench's shapes. Each action
 // carries an objectName ("tool.<name>") by which tests and scripts find it.
 // A tool whose class this process does not know is shown disabled.
-class wbToolActions : public QObject {
+class wbToolActions : public QObject, public iSlot {
     Q_OBJECT
 public:
     // The viewer that tools act in: the one the user worked in last.
@@ -57,6 +59,9 @@ private:
     void trigger(Row const& row);
     void startShot();
     void toggleEditing(bool on);
+    // Editing can end without the toggle (an undo, a new document): the
+    // toggle shows it.
+    void slotEditingEnded();
     static std::string handlerForSelection();
 
     QMainWindow* m_window;
