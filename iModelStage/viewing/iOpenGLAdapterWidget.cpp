@@ -3,6 +3,10 @@
 #include <iModelStage/viewing/iGuiEventMapping.h>
 
 #include <QCursor>
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDragMoveEvent>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QOpenGLContext>
@@ -71,11 +75,43 @@ public:
 protected:
     bool event(QEvent* event) override
     {
-        if (event->type() == QEvent::UpdateRequest) {
+        switch (event->type()) {
+        case QEvent::UpdateRequest:
             paint();
             return true;
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::DragLeave:
+        case QEvent::Drop:
+            return passDrag(event);
+        default:
+            return QWindow::event(event);
         }
-        return QWindow::event(event);
+    }
+
+    // Qt gives a drag over the widget to the surface under the pointer: the
+    // widget, which decides about drops, takes it. Its handlers are called
+    // directly, since an event sent to the widget comes back here through
+    // the window container.
+    bool passDrag(QEvent* event)
+    {
+        if (!m_widget)
+            return false;
+        switch (event->type()) {
+        case QEvent::DragEnter:
+            m_widget->dragEnterEvent(static_cast<QDragEnterEvent*>(event));
+            break;
+        case QEvent::DragMove:
+            m_widget->dragMoveEvent(static_cast<QDragMoveEvent*>(event));
+            break;
+        case QEvent::DragLeave:
+            m_widget->dragLeaveEvent(static_cast<QDragLeaveEvent*>(event));
+            break;
+        default:
+            m_widget->dropEvent(static_cast<QDropEvent*>(event));
+            break;
+        }
+        return true;
     }
 
     void exposeEvent(QExposeEvent*) override

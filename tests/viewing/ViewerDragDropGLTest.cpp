@@ -54,19 +54,21 @@ QByteArray payload(QString const& source, std::vector<osg::Node*> const& nodes)
     return bytes;
 }
 
-bool sendEnter(iViewer& viewer, QMimeData const& mime)
+// Qt gives a real drag to the GL surface under the pointer, a direct one to
+// the viewer widget: both must reach the viewer.
+bool sendEnter(QObject* receiver, QMimeData const& mime)
 {
     QDragEnterEvent event(QPoint(20, 20), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     event.setAccepted(false);
-    QCoreApplication::sendEvent(&viewer, &event);
+    QCoreApplication::sendEvent(receiver, &event);
     return event.isAccepted();
 }
 
-bool sendDrop(iViewer& viewer, QMimeData const& mime)
+bool sendDrop(QObject* receiver, QMimeData const& mime)
 {
     QDropEvent event(QPointF(20, 20), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
     event.setAccepted(false);
-    QCoreApplication::sendEvent(&viewer, &event);
+    QCoreApplication::sendEvent(receiver, &event);
     return event.isAccepted();
 }
 
@@ -90,7 +92,7 @@ TEST(ViewerDragDrop, PayloadReachesTheRegisteredCallback)
     QMimeData mime;
     mime.setData(iDragDropInterface::mimeType, payload("iNodeGroup", {good.get(), other.get()}));
     int const madeBefore = iProbeDropCallback::made;
-    EXPECT_TRUE(sendEnter(viewer, mime));
+    EXPECT_TRUE(sendEnter(&viewer, mime));
     EXPECT_EQ(iProbeDropCallback::made, madeBefore + 1);
     EXPECT_EQ(iProbeDropCallback::deleted, iProbeDropCallback::made);
     EXPECT_EQ(iProbeDropCallback::lastTarget, static_cast<iRoot*>(static_cast<iBaseView*>(&viewer)));
@@ -98,11 +100,11 @@ TEST(ViewerDragDrop, PayloadReachesTheRegisteredCallback)
 
     QMimeData refused;
     refused.setData(iDragDropInterface::mimeType, payload("iNodeGroup", {other.get()}));
-    EXPECT_FALSE(sendEnter(viewer, refused));
+    EXPECT_FALSE(sendEnter(viewer.getGLWindow(), refused));
 
     // The drop is accepted even though the callback says false.
     iProbeDropCallback::lastNodes.clear();
-    EXPECT_TRUE(sendDrop(viewer, mime));
+    EXPECT_TRUE(sendDrop(viewer.getGLWindow(), mime));
     EXPECT_EQ(iProbeDropCallback::drops, 1);
     EXPECT_EQ(iProbeDropCallback::lastNodes, (NodeList{good, other}));
 
@@ -122,8 +124,10 @@ TEST(ViewerDragDrop, PayloadReachesTheRegisteredCallback)
     EXPECT_EQ(source, "iNodeGroup");
     EXPECT_FALSE(viewer.decodeData(&text, source, nodes));
     for (QMimeData const* data : {&empty, &text, &unknown, &missing})
-        EXPECT_FALSE(sendEnter(viewer, *data));
+        EXPECT_FALSE(sendEnter(&viewer, *data));
     for (QMimeData const* data : {&empty, &text, &unknown, &missing})
-        EXPECT_FALSE(sendDrop(viewer, *data));
+        EXPECT_FALSE(sendDrop(&viewer, *data));
+    EXPECT_EQ(iProbeDropCallback::drops, 1);
+    EXPECT_FALSE(sendDrop(viewer.getGLWindow(), text));
     EXPECT_EQ(iProbeDropCallback::drops, 1);
 }

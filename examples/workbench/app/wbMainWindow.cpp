@@ -256,8 +256,6 @@ wbMainWindow::Pause::~Pause()
 
 bool wbMainWindow::eventFilter(QObject* watched, QEvent* event)
 {
-    if (forwardDrag(watched, event))
-        return true;
     // A viewer's surface is a window of its own, outside the widgets' key
     // routing: the window's shortcuts are matched here, so that Ctrl+Z and
     // the rest work while the pointer's last click was in a viewer. Other
@@ -273,19 +271,6 @@ bool wbMainWindow::eventFilter(QObject* watched, QEvent* event)
         }
     }
     return QMainWindow::eventFilter(watched, event);
-}
-
-bool wbMainWindow::forwardDrag(QObject* watched, QEvent* event)
-{
-    // Qt hands a drag over a viewer to its surface: the viewer, whose drop
-    // callbacks place the shapes, takes it.
-    QEvent::Type const type = event->type();
-    if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
-        return false;
-    for (wbViewer* viewer : m_viewers)
-        if (viewer && viewer->getGLWindow() == watched)
-            return viewer->takeDrag(event);
-    return false;
 }
 
 void wbMainWindow::buildEditMenu()

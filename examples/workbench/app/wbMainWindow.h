@@ -91,7 +91,6 @@ private:
     void bindViewers();
     void resetTools();
     void buildEditMenu();
-    bool forwardDrag(QObject* watched, QEvent* event);
     void zoomWhenReady();
     void buildDocks();
     void showPrompt(QString text, iInteractor::MessageType type);

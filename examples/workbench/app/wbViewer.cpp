@@ -1,8 +1,5 @@
 #include "app/wbViewer.h"
 
-#include <QDragEnterEvent>
-#include <QDragMoveEvent>
-#include <QDropEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QWindow>
@@ -28,21 +25,4 @@ void wbViewer::paintGL()
         m_lastFrame = picture.mirrored(false, true).convertToFormat(QImage::Format_RGB888);
     }
     emit framePainted();
-}
-
-bool wbViewer::takeDrag(QEvent* event)
-{
-    switch (event->type()) {
-    case QEvent::DragEnter:
-        dragEnterEvent(static_cast<QDragEnterEvent*>(event));
-        return true;
-    case QEvent::DragMove:
-        dragMoveEvent(static_cast<QDragMoveEvent*>(event));
-        return true;
-    case QEvent::Drop:
-        dropEvent(static_cast<QDropEvent*>(event));
-        return true;
-    default:
-        return false;
-    }
 }

@@ -14,11 +14,6 @@ public:
 
     void paintGL() override;
 
-    // A drag that Qt delivered to the drawing surface, which has no drop
-    // handling of its own: the viewer's drop callbacks take it. False for
-    // other events.
-    bool takeDrag(QEvent* event);
-
     void setKeepFrames(bool on) { m_keepFrames = on; }
     bool getKeepFrames() const { return m_keepFrames; }
     // The last frame kept, top row first; null before the first.
