@@ -426,7 +426,7 @@ private:
 
 
 // A signal: one pointer, to its state, which the first connection (or a
-// block, or a lock) creates. A signal nobody connected costs nothing more.
+// lock) creates. A signal nobody connected costs nothing more.
 template <class mt_policy, class... Args>
 class _signal_impl {
     typedef _signal_state<mt_policy, Args...> state_type;
@@ -477,16 +477,22 @@ public:
     bool blocked() const
     {
         state_type* s = current();
-        return s && s->blocked();
+        return s ? s->blocked() : m_state.load(std::memory_order_acquire) == blockedMark();
     }
 
     // Sets the flag and returns the previous value, so that a caller can
-    // put it back when its scope ends.
+    // put it back when its scope ends. A signal without a state keeps the
+    // flag as a mark in its pointer, so that blocking costs no state.
     bool block(bool on)
     {
-        if (!on && !current())
-            return false;
-        return state().block(on);
+        for (;;) {
+            state_type* raw = m_state.load(std::memory_order_acquire);
+            if (raw && raw != blockedMark())
+                return raw->block(on);
+            state_type* const wanted = on ? blockedMark() : nullptr;
+            if (m_state.compare_exchange_weak(raw, wanted, std::memory_order_acq_rel))
+                return raw == blockedMark();
+        }
     }
 
     bool connected() const
@@ -506,19 +512,31 @@ public:
     void unlock() { state().unlock(); }
 
 private:
-    state_type* current() const { return m_state.load(std::memory_order_acquire); }
+    // The value of the pointer of a blocked signal without a state.
+    static state_type* blockedMark() { return reinterpret_cast<state_type*>(std::uintptr_t(1)); }
+
+    state_type* current() const
+    {
+        state_type* s = m_state.load(std::memory_order_acquire);
+        return s == blockedMark() ? nullptr : s;
+    }
 
     state_type& state()
     {
         if (state_type* s = current())
             return *s;
         state_type* made = new state_type;
-        state_type* expected = nullptr;
-        if (m_state.compare_exchange_strong(expected, made, std::memory_order_acq_rel))
-            return *made;
-        // Another thread was first.
-        delete made;
-        return *expected;
+        for (;;) {
+            state_type* expected = m_state.load(std::memory_order_acquire);
+            if (expected && expected != blockedMark()) {
+                // Another thread was first.
+                delete made;
+                return *expected;
+            }
+            made->block(expected == blockedMark());
+            if (m_state.compare_exchange_weak(expected, made, std::memory_order_acq_rel))
+                return *made;
+        }
     }
 
     std::atomic<state_type*> m_state{nullptr};

@@ -37,7 +37,6 @@ iObjectData* findData(osg::Node* node)
 iNodeGroup::iNodeGroup()
 {
     iParentListStock::take(_parents);
-    sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
 iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
@@ -51,7 +50,6 @@ iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
         setUserData(new iObjectData(*data));
     }
     iParentListStock::take(_parents);
-    sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
 iNodeGroup::~iNodeGroup()

@@ -69,7 +69,7 @@ iTransformGroup::iTransformGroup() : _scale(1.0f, 1.0f, 1.0f), _dof(DOF_ALL)
     set_scale(osg::Vec3f(1.0f, 1.0f, 1.0f));
     set_dof(DOF_ALL);
     _matrixCache = true;
-    connectSlots();
+    _ownReactions = true;
 }
 
 iTransformGroup::iTransformGroup(iTransformGroup const& other, osg::CopyOp const& copyop)
@@ -83,17 +83,10 @@ iTransformGroup::iTransformGroup(iTransformGroup const& other, osg::CopyOp const
     }
     _matrixCache = true;
     _coordinateSystem = other._coordinateSystem;
-    connectSlots();
+    _ownReactions = true;
 }
 
 iTransformGroup::~iTransformGroup() = default;
-
-void iTransformGroup::connectSlots()
-{
-    sigpositionChanged.connect(this, &iTransformGroup::slotpositionChanged);
-    sigrotationChanged.connect(this, &iTransformGroup::slotrotationChanged);
-    sigscaleChanged.connect(this, &iTransformGroup::slotscaleChanged);
-}
 
 void iTransformGroup::slotpositionChanged(iRoot*, osg::Vec3f value)
 {

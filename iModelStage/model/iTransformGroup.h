@@ -27,9 +27,11 @@ public:
 
     sigslot::signal1<iTransformGroup*> sigMatrixChanged;
 
-    I_PROPERTY(osg::Vec3f, position)
-    I_PROPERTY(osg::Vec3f, rotation)
-    I_PROPERTY(osg::Vec3f, scale)
+    // Each change is told to the transform base before the after-change
+    // signal reaches anyone.
+    I_PROPERTY_REACTING(osg::Vec3f, position)
+    I_PROPERTY_REACTING(osg::Vec3f, rotation)
+    I_PROPERTY_REACTING(osg::Vec3f, scale)
     I_PROPERTY(iDegreeOfFreedom, dof)
 
 public:
@@ -77,12 +79,15 @@ protected:
     void validateMatrixCache() { _matrixCache = true; }
 
 private:
-    void connectSlots();
+    // False while a constructor sets the properties: the transform base is
+    // then set already, and is not to be recomputed from them.
+    bool ownReactions() const { return _ownReactions; }
     void slotpositionChanged(iRoot* source, osg::Vec3f value);
     void slotrotationChanged(iRoot* source, osg::Vec3f value);
     void slotscaleChanged(iRoot* source, osg::Vec3f value);
 
     bool _matrixCache = true;
+    bool _ownReactions = false;
     iCoordinateSystem _coordinateSystem;
 };
 
