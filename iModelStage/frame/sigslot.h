@@ -24,6 +24,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <thread>
 #include <vector>
@@ -121,21 +122,26 @@ public:
     void signal_connect(sender_type* sender)
     {
         lock_block<mt_policy> lock(this);
-        m_senders.add(sender);
+        if (!m_senders)
+            m_senders.reset(new iAddressCounts);
+        m_senders->add(sender);
     }
 
     void signal_disconnect(sender_type* sender)
     {
         lock_block<mt_policy> lock(this);
-        m_senders.remove(sender);
+        if (m_senders)
+            m_senders->remove(sender);
     }
 
     void disconnect_all()
     {
         lock_block<mt_policy> lock(this);
-        iAddressCounts senders;
+        std::unique_ptr<iAddressCounts> senders;
         senders.swap(m_senders);
-        senders.forEach([this](void const* sender, int) {
+        if (!senders)
+            return;
+        senders->forEach([this](void const* sender, int) {
             static_cast<sender_type*>(const_cast<void*>(sender))->slot_disconnect(this);
         });
     }
@@ -146,14 +152,18 @@ private:
         iAddressCounts senders;
         {
             lock_block<mt_policy> lock(const_cast<has_slots*>(&other));
-            senders = other.m_senders;
+            if (!other.m_senders)
+                return;
+            senders = *other.m_senders;
         }
         senders.forEach([this, &other](void const* sender, int) {
             static_cast<sender_type*>(const_cast<void*>(sender))->slot_duplicate(&other, this);
         });
     }
 
-    iAddressCounts m_senders;
+    // Made by the first connection: most receivers, document objects
+    // among them, never have one, and the table is larger than they are.
+    std::unique_ptr<iAddressCounts> m_senders;
 };
 
 // The connection list, lock, blocked flag and emission walk of one signal.
