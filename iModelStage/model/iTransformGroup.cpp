@@ -82,7 +82,8 @@ iTransformGroup::iTransformGroup(iTransformGroup const& other, osg::CopyOp const
         set_dof(other._dof);
     }
     _matrixCache = true;
-    _coordinateSystem = other._coordinateSystem;
+    if (other._coordinateSystem)
+        _coordinateSystem.reset(new iCoordinateSystem(*other._coordinateSystem));
     _ownReactions = true;
 }
 
@@ -230,7 +231,10 @@ iCoordinateSystem iTransformGroup::getCoordinateSystem()
 
 void iTransformGroup::setCoordinateSystem(iCoordinateSystem const& system)
 {
-    _coordinateSystem = system;
+    if (_coordinateSystem)
+        *_coordinateSystem = system;
+    else
+        _coordinateSystem.reset(new iCoordinateSystem(system));
     osg::Vec3f const& x = system.xAxis;
     osg::Vec3f const& y = system.yAxis;
     osg::Vec3f const& z = system.zAxis;

@@ -7,6 +7,8 @@
 #include <osg/Matrixd>
 #include <osg/Vec3f>
 
+#include <memory>
+
 // An object with a place in space. Position, rotation (Euler angles in
 // radians about X, Y, Z) and scale are properties, and live a second time
 // in the transform base that the scene draws; the class keeps the two in
@@ -88,7 +90,8 @@ private:
 
     bool _matrixCache = true;
     bool _ownReactions = false;
-    iCoordinateSystem _coordinateSystem;
+    // Kept only once set: most objects never get one.
+    std::unique_ptr<iCoordinateSystem> _coordinateSystem;
 };
 
 #endif
