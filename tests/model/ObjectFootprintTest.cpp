@@ -1,6 +1,7 @@
 #include "model/ModelTestSupport.h"
 
 #include <iModelStage/frame/iObjectPool.h>
+#include <iModelStage/model/iObjectData.h>
 
 namespace {
 
@@ -81,4 +82,60 @@ TEST(ObjectFootprintTest, CopiesKeepTheExactBaseAndReactAlone)
     EXPECT_EQ(source->getName(), "source");
     EXPECT_EQ(copy->Base::getPosition(), osg::Vec3d(7, 8, 9));
     EXPECT_NE(source->Base::getPosition(), osg::Vec3d(7, 8, 9));
+}
+
+// The flag block of an object is its node's user-data container as well;
+// what a host keeps in that container stays apart from the flags.
+TEST(ObjectFootprintTest, TheFlagBlockServesAsTheUserDataContainer)
+{
+    osg::ref_ptr<iNodeGroup> object = new iNodeGroup;
+    object->setFlag(1, false);
+    ASSERT_NE(dynamic_cast<iObjectData*>(object->getUserData()), nullptr);
+    EXPECT_EQ(object->getUserData(), static_cast<osg::Referenced*>(object->getUserDataContainer()));
+    EXPECT_EQ(object->getUserDataContainer()->getNumUserObjects(), 0u);
+    EXPECT_EQ(object->getNumDescriptions(), 0u);
+
+    osg::ref_ptr<osg::Node> extra = new osg::Node;
+    extra->setName("extra");
+    object->getOrCreateUserDataContainer()->addUserObject(extra.get());
+    object->addDescription("note");
+    EXPECT_EQ(object->getUserDataContainer()->getUserObject("extra"), extra.get());
+    EXPECT_EQ(object->getDescriptions(), osg::Node::DescriptionList{"note"});
+    EXPECT_FALSE(object->isFlagSet(1));
+
+    // A shallow copy gets its own block with the same flags, and shares the
+    // user objects as a shallow copy of a plain container would.
+    osg::ref_ptr<iNodeGroup> copy = static_cast<iNodeGroup*>(object->clone(osg::CopyOp::SHALLOW_COPY));
+    EXPECT_NE(copy->getUserData(), object->getUserData());
+    EXPECT_FALSE(copy->isFlagSet(1));
+    copy->setFlag(1, true);
+    EXPECT_FALSE(object->isFlagSet(1));
+    EXPECT_EQ(copy->getUserDataContainer()->getUserObject(0), extra.get());
+    EXPECT_EQ(copy->getDescriptions(), osg::Node::DescriptionList{"note"});
+
+    // Other user data replaces the block, as in any container: the next
+    // flag access starts from a fresh one.
+    osg::ref_ptr<osg::Referenced> other = new osg::Referenced;
+    object->setUserData(other.get());
+    EXPECT_EQ(object->getUserData(), other.get());
+    EXPECT_EQ(object->getUserDataContainer()->getUserObject(0), extra.get());
+    EXPECT_TRUE(object->isFlagSet(1));
+    EXPECT_NE(dynamic_cast<iObjectData*>(object->getUserData()), nullptr);
+    object->setUserData(nullptr);
+    EXPECT_EQ(object->getUserData(), nullptr);
+    EXPECT_EQ(object->getLayerId(), "");
+    EXPECT_EQ(object->getUserData(), nullptr) << "reading the layer id creates nothing";
+}
+
+// A node that already has a container gets the block inside it.
+TEST(ObjectFootprintTest, AHostContainerKeepsTheBlockAsUserData)
+{
+    osg::ref_ptr<osg::Node> node = new osg::Node;
+    node->addDescription("host");
+    osg::UserDataContainer* container = node->getUserDataContainer();
+    iNodeGroup::setNodeFlag(node.get(), 4, false);
+    EXPECT_EQ(node->getUserDataContainer(), container);
+    EXPECT_NE(dynamic_cast<iObjectData*>(node->getUserData()), nullptr);
+    EXPECT_FALSE(iNodeGroup::isNodeFlagSet(node.get(), 4));
+    EXPECT_EQ(node->getDescriptions(), osg::Node::DescriptionList{"host"});
 }
