@@ -59,7 +59,6 @@
 #include <iModelStage/model/iNodeGroup.h>
 #include <iModelStage/model/iNodeLayer.h>
 #include <iModelStage/model/iObjectData.h>
-#include <iModelStage/model/iObjectDataContainer.h>
 #include <iModelStage/model/iObjectWalk.h>
 #include <iModelStage/model/iParentLinks.h>
 #include <iModelStage/model/iParentListStock.h>

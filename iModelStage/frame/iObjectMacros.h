@@ -123,8 +123,22 @@ public:                                                                         
 // A property: the member _name, get_name, set_name(T), set_name(iRoot*, T)
 // for connecting to another object's signal, and the before and after
 // signals signameChanging and signameChanged. A class that reacts declares
-// its own slotnameChanged and connects it to signameChanged.
-#define I_PROPERTY(Type, name)                                                                                        \
+// its own slotnameChanged and connects it to signameChanged, or declares the
+// property with I_PROPERTY_REACTING.
+#define I_PROPERTY(Type, name) I_PROPERTY_SETTER(Type, name, )
+
+// A property whose class reacts in slotnameChanged(iRoot*, T) without a
+// connection: the setter calls the slot where a slot connected first would
+// run, unless signameChanged is blocked or the class's ownReactions() says
+// the object is not ready for them (a copy being built, say). Saves the
+// connection state every object would otherwise carry.
+#define I_PROPERTY_REACTING(Type, name)                                                                               \
+    I_PROPERTY_SETTER(Type, name, , [this](Type const& v) {                                                           \
+        if (ownReactions())                                                                                           \
+            slot##name##Changed(this, v);                                                                             \
+    })
+
+#define I_PROPERTY_SETTER(Type, name, ...)                                                                            \
 public:                                                                                                               \
     sigslot::signal2<iRoot*, Type> sig##name##Changing;                                                               \
     sigslot::signal2<iRoot*, Type> sig##name##Changed;                                                                \
@@ -133,7 +147,8 @@ public:                                                                         
     {                                                                                                                 \
         static char const* const key = iProperty::internName(#name);                                                  \
         static iPropertyCache cache;                                                                                  \
-        applyProperty(key, cache.find(getClass(), key), _##name, value, sig##name##Changing, sig##name##Changed);     \
+        applyProperty(key, cache.find(getClass(), key), _##name, value, sig##name##Changing,                          \
+                      sig##name##Changed __VA_ARGS__);                                                                \
     }                                                                                                                 \
     void set_##name(iRoot*, Type value) { set_##name(value); }                                                        \
                                                                                                                       \

@@ -162,6 +162,8 @@ void iRoot::set_name(std::string name)
     if (name == _name)
         return;
     _name = name;
+    if (!sigNameChanged.blocked())
+        nameChanged(_name);
     sigNameChanged(this, std::move(name));
 }
 

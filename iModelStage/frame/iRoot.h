@@ -125,14 +125,32 @@ protected:
     void applyProperty(char const* name, iProperty const& property, T& store, T const& value,
                        sigslot::signal2<iRoot*, T>& changing, sigslot::signal2<iRoot*, T>& changed)
     {
+        applyProperty(name, property, store, value, changing, changed, [](T const&) {});
+    }
+
+    // The same for a property whose own class reacts to it: the reaction
+    // runs where a slot connected first to the after-change signal would,
+    // and is skipped while that signal is blocked. An object reacting this
+    // way instead of through a connection needs no connection state.
+    template <class T, class Reaction>
+    void applyProperty(char const* name, iProperty const& property, T& store, T const& value,
+                       sigslot::signal2<iRoot*, T>& changing, sigslot::signal2<iRoot*, T>& changed,
+                       Reaction const& react)
+    {
         if (!(store != value) && !property.getForceSet())
             return;
         changing(this, value);
         store = value;
+        if (!changed.blocked())
+            react(value);
         changed(this, value);
         sigPropertyChanged(this, name);
         property.notifyChanged(this);
     }
+
+    // The class's own reaction to a new name, run before sigNameChanged
+    // reaches its receivers and skipped while that signal is blocked.
+    virtual void nameChanged(std::string const&) {}
 
 private:
     long _uniqueId;

@@ -24,6 +24,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <thread>
 #include <vector>
@@ -121,21 +122,26 @@ public:
     void signal_connect(sender_type* sender)
     {
         lock_block<mt_policy> lock(this);
-        m_senders.add(sender);
+        if (!m_senders)
+            m_senders.reset(new iAddressCounts);
+        m_senders->add(sender);
     }
 
     void signal_disconnect(sender_type* sender)
     {
         lock_block<mt_policy> lock(this);
-        m_senders.remove(sender);
+        if (m_senders)
+            m_senders->remove(sender);
     }
 
     void disconnect_all()
     {
         lock_block<mt_policy> lock(this);
-        iAddressCounts senders;
+        std::unique_ptr<iAddressCounts> senders;
         senders.swap(m_senders);
-        senders.forEach([this](void const* sender, int) {
+        if (!senders)
+            return;
+        senders->forEach([this](void const* sender, int) {
             static_cast<sender_type*>(const_cast<void*>(sender))->slot_disconnect(this);
         });
     }
@@ -146,14 +152,18 @@ private:
         iAddressCounts senders;
         {
             lock_block<mt_policy> lock(const_cast<has_slots*>(&other));
-            senders = other.m_senders;
+            if (!other.m_senders)
+                return;
+            senders = *other.m_senders;
         }
         senders.forEach([this, &other](void const* sender, int) {
             static_cast<sender_type*>(const_cast<void*>(sender))->slot_duplicate(&other, this);
         });
     }
 
-    iAddressCounts m_senders;
+    // Made by the first connection: most receivers, document objects
+    // among them, never have one, and the table is larger than they are.
+    std::unique_ptr<iAddressCounts> m_senders;
 };
 
 // The connection list, lock, blocked flag and emission walk of one signal.
@@ -426,7 +436,7 @@ private:
 
 
 // A signal: one pointer, to its state, which the first connection (or a
-// block, or a lock) creates. A signal nobody connected costs nothing more.
+// lock) creates. A signal nobody connected costs nothing more.
 template <class mt_policy, class... Args>
 class _signal_impl {
     typedef _signal_state<mt_policy, Args...> state_type;
@@ -477,16 +487,22 @@ public:
     bool blocked() const
     {
         state_type* s = current();
-        return s && s->blocked();
+        return s ? s->blocked() : m_state.load(std::memory_order_acquire) == blockedMark();
     }
 
     // Sets the flag and returns the previous value, so that a caller can
-    // put it back when its scope ends.
+    // put it back when its scope ends. A signal without a state keeps the
+    // flag as a mark in its pointer, so that blocking costs no state.
     bool block(bool on)
     {
-        if (!on && !current())
-            return false;
-        return state().block(on);
+        for (;;) {
+            state_type* raw = m_state.load(std::memory_order_acquire);
+            if (raw && raw != blockedMark())
+                return raw->block(on);
+            state_type* const wanted = on ? blockedMark() : nullptr;
+            if (m_state.compare_exchange_weak(raw, wanted, std::memory_order_acq_rel))
+                return raw == blockedMark();
+        }
     }
 
     bool connected() const
@@ -506,19 +522,31 @@ public:
     void unlock() { state().unlock(); }
 
 private:
-    state_type* current() const { return m_state.load(std::memory_order_acquire); }
+    // The value of the pointer of a blocked signal without a state.
+    static state_type* blockedMark() { return reinterpret_cast<state_type*>(std::uintptr_t(1)); }
+
+    state_type* current() const
+    {
+        state_type* s = m_state.load(std::memory_order_acquire);
+        return s == blockedMark() ? nullptr : s;
+    }
 
     state_type& state()
     {
         if (state_type* s = current())
             return *s;
         state_type* made = new state_type;
-        state_type* expected = nullptr;
-        if (m_state.compare_exchange_strong(expected, made, std::memory_order_acq_rel))
-            return *made;
-        // Another thread was first.
-        delete made;
-        return *expected;
+        for (;;) {
+            state_type* expected = m_state.load(std::memory_order_acquire);
+            if (expected && expected != blockedMark()) {
+                // Another thread was first.
+                delete made;
+                return *expected;
+            }
+            made->block(expected == blockedMark());
+            if (m_state.compare_exchange_weak(expected, made, std::memory_order_acq_rel))
+                return *made;
+        }
     }
 
     std::atomic<state_type*> m_state{nullptr};

@@ -6,7 +6,6 @@
 #include <iModelStage/model/iForEachNode.h>
 #include <iModelStage/model/iNodeFinder.h>
 #include <iModelStage/model/iObjectData.h>
-#include <iModelStage/model/iObjectDataContainer.h>
 #include <iModelStage/model/iParentListStock.h>
 #include <iModelStage/model/iTransformGroup.h>
 
@@ -37,7 +36,6 @@ iObjectData* findData(osg::Node* node)
 iNodeGroup::iNodeGroup()
 {
     iParentListStock::take(_parents);
-    sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
 iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
@@ -45,13 +43,19 @@ iNodeGroup::iNodeGroup(iNodeGroup const& other, osg::CopyOp const& copyop)
 {
     if (iObjectData* data = findData(const_cast<iNodeGroup*>(&other))) {
         // A shallow copy shares the source's user-data container; give the
-        // copy its own before replacing the block in it.
-        if (getUserDataContainer() == other.getUserDataContainer())
-            setUserDataContainer(osg::clone(other.getUserDataContainer(), osg::CopyOp::SHALLOW_COPY));
-        setUserData(new iObjectData(*data));
+        // copy its own before replacing the block in it. A block that is
+        // its own container is copied whole by that clone.
+        osg::UserDataContainer* own = getUserDataContainer();
+        if (own == other.getUserDataContainer()) {
+            own = osg::clone(own, osg::CopyOp::SHALLOW_COPY);
+            setUserDataContainer(own);
+        }
+        if (!own)
+            setUserDataContainer(new iObjectData(*data));
+        else if (getUserData() != static_cast<osg::Referenced*>(own))
+            setUserData(new iObjectData(*data));
     }
     iParentListStock::take(_parents);
-    sigNameChanged.connect(this, &iNodeGroup::slotNameChanged);
 }
 
 iNodeGroup::~iNodeGroup()
@@ -90,9 +94,10 @@ iObjectData* iNodeGroup::initUserData(osg::Node* node)
     iObjectData* data = findData(node);
     if (!data) {
         data = new iObjectData;
-        if (!node->getUserDataContainer())
-            node->setUserDataContainer(new iObjectDataContainer);
-        node->setUserData(data);
+        if (node->getUserDataContainer())
+            node->setUserData(data);
+        else
+            node->setUserDataContainer(data);
     }
     return data;
 }

@@ -98,6 +98,8 @@ protected:
     static iNodeGroup* findObjectByUniqueIdImpl(osg::Node* start, long id, osg::Node* exclude);
 
     void slotdeletableChanged(iRoot* source, bool value);
+    // The node's name follows the object's, without a connection.
+    void nameChanged(std::string const& name) override { slotNameChanged(this, name); }
 
 private:
     // setNodeFlags with the node's object side, when the caller knows it.

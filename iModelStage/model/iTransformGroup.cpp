@@ -69,7 +69,7 @@ iTransformGroup::iTransformGroup() : _scale(1.0f, 1.0f, 1.0f), _dof(DOF_ALL)
     set_scale(osg::Vec3f(1.0f, 1.0f, 1.0f));
     set_dof(DOF_ALL);
     _matrixCache = true;
-    connectSlots();
+    _ownReactions = true;
 }
 
 iTransformGroup::iTransformGroup(iTransformGroup const& other, osg::CopyOp const& copyop)
@@ -82,18 +82,12 @@ iTransformGroup::iTransformGroup(iTransformGroup const& other, osg::CopyOp const
         set_dof(other._dof);
     }
     _matrixCache = true;
-    _coordinateSystem = other._coordinateSystem;
-    connectSlots();
+    if (other._coordinateSystem)
+        _coordinateSystem.reset(new iCoordinateSystem(*other._coordinateSystem));
+    _ownReactions = true;
 }
 
 iTransformGroup::~iTransformGroup() = default;
-
-void iTransformGroup::connectSlots()
-{
-    sigpositionChanged.connect(this, &iTransformGroup::slotpositionChanged);
-    sigrotationChanged.connect(this, &iTransformGroup::slotrotationChanged);
-    sigscaleChanged.connect(this, &iTransformGroup::slotscaleChanged);
-}
 
 void iTransformGroup::slotpositionChanged(iRoot*, osg::Vec3f value)
 {
@@ -237,7 +231,10 @@ iCoordinateSystem iTransformGroup::getCoordinateSystem()
 
 void iTransformGroup::setCoordinateSystem(iCoordinateSystem const& system)
 {
-    _coordinateSystem = system;
+    if (_coordinateSystem)
+        *_coordinateSystem = system;
+    else
+        _coordinateSystem.reset(new iCoordinateSystem(system));
     osg::Vec3f const& x = system.xAxis;
     osg::Vec3f const& y = system.yAxis;
     osg::Vec3f const& z = system.zAxis;

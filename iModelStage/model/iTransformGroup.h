@@ -7,6 +7,8 @@
 #include <osg/Matrixd>
 #include <osg/Vec3f>
 
+#include <memory>
+
 // An object with a place in space. Position, rotation (Euler angles in
 // radians about X, Y, Z) and scale are properties, and live a second time
 // in the transform base that the scene draws; the class keeps the two in
@@ -27,9 +29,11 @@ public:
 
     sigslot::signal1<iTransformGroup*> sigMatrixChanged;
 
-    I_PROPERTY(osg::Vec3f, position)
-    I_PROPERTY(osg::Vec3f, rotation)
-    I_PROPERTY(osg::Vec3f, scale)
+    // Each change is told to the transform base before the after-change
+    // signal reaches anyone.
+    I_PROPERTY_REACTING(osg::Vec3f, position)
+    I_PROPERTY_REACTING(osg::Vec3f, rotation)
+    I_PROPERTY_REACTING(osg::Vec3f, scale)
     I_PROPERTY(iDegreeOfFreedom, dof)
 
 public:
@@ -77,13 +81,17 @@ protected:
     void validateMatrixCache() { _matrixCache = true; }
 
 private:
-    void connectSlots();
+    // False while a constructor sets the properties: the transform base is
+    // then set already, and is not to be recomputed from them.
+    bool ownReactions() const { return _ownReactions; }
     void slotpositionChanged(iRoot* source, osg::Vec3f value);
     void slotrotationChanged(iRoot* source, osg::Vec3f value);
     void slotscaleChanged(iRoot* source, osg::Vec3f value);
 
     bool _matrixCache = true;
-    iCoordinateSystem _coordinateSystem;
+    bool _ownReactions = false;
+    // Kept only once set: most objects never get one.
+    std::unique_ptr<iCoordinateSystem> _coordinateSystem;
 };
 
 #endif

@@ -94,3 +94,28 @@ TEST(CompactSignalTest, ObjectsCreatedToBeReadTakeNoIdOfTheirOwn)
     EXPECT_NE(after->getUniqueId(), 0);
     delete after;
 }
+
+// A receiver keeps its table of senders only once it is connected; every
+// path must work on a receiver that has none.
+TEST(CompactSignalTest, ReceiversWithoutConnectionsWorkInFull)
+{
+    sigslot::signal1<int> signal;
+    {
+        Counter never;
+        never.disconnect_all();
+        signal.disconnect(&never);
+        Counter copy(never);
+        copy = never;
+        signal.connect(&copy, &Counter::on);
+        Counter second(copy);
+        signal(1);
+        EXPECT_EQ(copy.seen, std::vector<int>{1});
+        EXPECT_EQ(second.seen, std::vector<int>{1}) << "a copy of a connected receiver is connected too";
+        copy = never;
+        signal(2);
+        EXPECT_TRUE(copy.seen.empty()) << "assigning an unconnected receiver drops the connections";
+        EXPECT_EQ(second.seen, (std::vector<int>{1, 2}));
+    }
+    EXPECT_FALSE(signal.connected()) << "receivers that go end their connections";
+    signal(3);
+}

@@ -1,3 +1,0 @@
-#include <iModelStage/model/iObjectDataContainer.h>
-
-iObjectDataContainer::~iObjectDataContainer() = default;
